@@ -1,0 +1,73 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Platform/Date.h"
+
+#include <unicode/uversion.h>
+
+U_NAMESPACE_BEGIN
+class Calendar;
+U_NAMESPACE_END
+
+enum class CalendarComponent { year, month, day, hour, minute, second, weekday, weekOfYear };
+
+// A Gregorian calendar with a time zone and a locale. It is lenient: 31 April is 1 May.
+// A value type: copies are independent. One instance must not be used from two threads
+// at once (its operations reuse one ICU calendar); copy it per thread instead.
+class Calendar {
+public:
+    // `timeZone` is an Olson id such as "Europe/Amsterdam"; an unknown id gives GMT.
+    // `locale` is an ICU locale id such as "en_US"; it decides the first weekday.
+    Calendar(const std::string& timeZone, const std::string& locale);
+    Calendar(const Calendar& other);
+    Calendar& operator=(const Calendar& other);
+    Calendar(Calendar&&) noexcept;
+    Calendar& operator=(Calendar&&) noexcept;
+    ~Calendar();
+
+    // The user's current calendar: zone from TZ (else the machine's), locale from
+    // LC_ALL, LC_TIME or LANG. Only program entries call this.
+    static Calendar current();
+
+    std::string timeZoneId() const;
+    std::string localeId() const;
+    int firstWeekday() const;  // 1 Sunday ... 7 Saturday
+
+    Date startOfDay(Date date) const;
+
+    // Adds `value` of `component` without wrapping: 31 January + 1 month = 28/29 February.
+    // Absent when the result can't be represented.
+    std::optional<Date> adding(CalendarComponent component, int64_t value, Date date) const;
+
+    // year, month, day, hour and minute of `date`.
+    DateComponents components(Date date) const;
+    // One field: weekday is 1 (Sunday) to 7, month is 1 to 12.
+    int64_t component(CalendarComponent component, Date date) const;
+
+    // Lenient: 31 April comes out as 1 May. A missing year, month or day counts as 1, a
+    // missing hour or minute as 0. A wall time in a spring-forward gap moves forward by
+    // the gap; a repeated wall time takes its first occurrence. Absent when out of range.
+    std::optional<Date> date(const DateComponents& components) const;
+
+    struct Interval {
+        Date start;
+        double duration = 0;
+        bool operator==(const Interval&) const = default;
+    };
+    // The hour, day or week (first weekday of the locale) that contains `date`.
+    std::optional<Interval> interval(CalendarComponent unit, Date date) const;
+
+    // `hour`:`minute`:`second` on the day of `date`. A time in a gap gives the first
+    // moment after it; a repeated time gives its first occurrence. Absent when impossible.
+    std::optional<Date> settingTime(int hour, int minute, int second, Date date) const;
+
+    // Whole calendar days from `from` to `to`, as a wall clock counts them.
+    int64_t daysBetween(Date from, Date to) const;
+
+private:
+    std::unique_ptr<icu::Calendar> calendar_;
+    std::string locale_;
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json_fwd.hpp>
+
+using Json = nlohmann::json;
+
+// Reading JSON with nlohmann/json, and writing it in exactly our two layouts.
+namespace JsonText {
+
+// Absent on any syntax error or invalid UTF-8. Never throws.
+std::optional<Json> parse(std::string_view text);
+
+// The wire form: no blanks at all. Keys in the order of the value (sorted).
+// Absent when a number is not finite. Slashes are not escaped, non-ASCII is written as is.
+std::optional<std::string> compact(const Json& value);
+
+// The printed form: two-space indentation, " : " between key and value, keys sorted at
+// every level, one member or element per line, an empty array or object as its opening
+// bracket, an empty line and its closing bracket at the same indentation. A double with
+// an integral value is written without a fraction, other doubles in their shortest
+// round-trip form. No line feed at the end. Absent when a number is not finite.
+std::optional<std::string> pretty(const Json& value);
+
+}  // namespace JsonText
