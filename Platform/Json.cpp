@@ -1,0 +1,132 @@
+#include "Platform/Json.h"
+
+#include <charconv>
+#include <cmath>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+void writeString(std::string& out, const std::string& text) {
+    out += '"';
+    for (char c : text) {
+        switch (c) {
+            case '"': out += "\\\""; break;
+            case '\\': out += "\\\\"; break;
+            case '\b': out += "\\b"; break;
+            case '\f': out += "\\f"; break;
+            case '\n': out += "\\n"; break;
+            case '\r': out += "\\r"; break;
+            case '\t': out += "\\t"; break;
+            default:
+                if (static_cast<unsigned char>(c) < 0x20) {
+                    char escaped[8];
+                    std::snprintf(escaped, sizeof escaped, "\\u%04x", static_cast<unsigned char>(c));
+                    out += escaped;
+                } else {
+                    out += c;
+                }
+        }
+    }
+    out += '"';
+}
+
+bool writeDouble(std::string& out, double value) {
+    if (!std::isfinite(value)) return false;
+    // Integral values below 2^63 in magnitude print as integers: 900.0 is "900".
+    if (value == std::trunc(value) && std::fabs(value) < 9.2e18) {
+        out += std::to_string(static_cast<int64_t>(value));
+        return true;
+    }
+    char buffer[32];
+    auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    out.append(buffer, result.ptr);
+    return true;
+}
+
+// Writes `value`; `indent` is the indentation of the line the value starts on, or -1
+// for the compact form.
+bool write(std::string& out, const Json& value, int indent) {
+    bool pretty = indent >= 0;
+    auto newline = [&](int level) {
+        out += '\n';
+        out.append(static_cast<size_t>(level), ' ');
+    };
+    switch (value.type()) {
+        case Json::value_t::null: out += "null"; return true;
+        case Json::value_t::boolean: out += value.get<bool>() ? "true" : "false"; return true;
+        case Json::value_t::number_integer: out += std::to_string(value.get<int64_t>()); return true;
+        case Json::value_t::number_unsigned: out += std::to_string(value.get<uint64_t>()); return true;
+        case Json::value_t::number_float: return writeDouble(out, value.get<double>());
+        case Json::value_t::string: writeString(out, value.get_ref<const std::string&>()); return true;
+        case Json::value_t::array: {
+            out += '[';
+            if (value.empty()) {
+                if (pretty) {
+                    out += '\n';
+                    newline(indent);
+                }
+                out += ']';
+                return true;
+            }
+            bool first = true;
+            for (const auto& element : value) {
+                if (!first) out += ',';
+                first = false;
+                if (pretty) newline(indent + 2);
+                if (!write(out, element, pretty ? indent + 2 : -1)) return false;
+            }
+            if (pretty) newline(indent);
+            out += ']';
+            return true;
+        }
+        case Json::value_t::object: {
+            out += '{';
+            if (value.empty()) {
+                if (pretty) {
+                    out += '\n';
+                    newline(indent);
+                }
+                out += '}';
+                return true;
+            }
+            bool first = true;
+            for (const auto& [key, member] : value.items()) {
+                if (!first) out += ',';
+                first = false;
+                if (pretty) newline(indent + 2);
+                writeString(out, key);
+                out += pretty ? " : " : ":";
+                if (!write(out, member, pretty ? indent + 2 : -1)) return false;
+            }
+            if (pretty) newline(indent);
+            out += '}';
+            return true;
+        }
+        default: return false;
+    }
+}
+
+}  // namespace
+
+namespace JsonText {
+
+std::optional<Json> parse(std::string_view text) {
+    Json value = Json::parse(text.begin(), text.end(), nullptr, false);
+    if (value.is_discarded()) return std::nullopt;
+    return value;
+}
+
+std::optional<std::string> compact(const Json& value) {
+    std::string out;
+    if (!write(out, value, -1)) return std::nullopt;
+    return out;
+}
+
+std::optional<std::string> pretty(const Json& value) {
+    std::string out;
+    if (!write(out, value, 0)) return std::nullopt;
+    return out;
+}
+
+}  // namespace JsonText
