@@ -23,7 +23,7 @@ struct Parser {
 
     // The scratch state of one parse.
     struct State {
-        Capture capture{.title = "", .style = Style::repeatUntilDone()};
+        Capture capture;  // empty title, repeatUntilDone with no interval, nothing else set
         std::optional<DateComponents> day;
         std::optional<TimeOfDay> time;
         std::optional<DateComponents> exact;

@@ -1,0 +1,39 @@
+#include "VeskParse/Work.h"
+
+#include <functional>
+#include <map>
+#include <mutex>
+
+#include "Platform/Regex.h"
+
+namespace {
+
+// Every pattern that goes through `take`, compiled once per process. The lock guards the
+// map alone: it is held while looking up and compiling, never while matching.
+std::mutex& cacheLock() {
+    static std::mutex lock;
+    return lock;
+}
+
+std::map<std::string, Regex, std::less<>>& compiled() {
+    static std::map<std::string, Regex, std::less<>> cache;
+    return cache;
+}
+
+std::optional<Regex> cachedPattern(std::string_view pattern) {
+    std::lock_guard guard(cacheLock());
+    auto& cache = compiled();
+    if (auto found = cache.find(pattern); found != cache.end()) return found->second;
+    auto regex = Regex::compile(pattern, Regex::caseInsensitive);
+    if (regex) cache.emplace(std::string(pattern), *regex);
+    return regex;
+}
+
+}  // namespace
+
+std::optional<std::vector<std::string>> Work::take(std::string_view pattern) {
+    auto regex = cachedPattern(pattern);
+    if (!regex) return std::nullopt;
+    // A match becomes one blank, so the words on both sides of it stay apart.
+    return regex->takeFirst(text, " ");
+}
