@@ -48,12 +48,13 @@ struct ParseOutput {
     explicit ParseOutput(const ParseResult& result);
     ParseOutput() = default;
 
-    // ("repeat", 900) and the like.
-    static std::pair<std::string, std::optional<int64_t>> style(const Style& style);
+    // The name and repeat interval of a style: ("repeat", 900) and the like. (Named apart
+    // from the field `style`, which C++ won't let a static member share.)
+    static std::pair<std::string, std::optional<int64_t>> styleOf(const Style& style);
     // "repeat every 15 min until done", "repeat until done", or the name itself.
     static std::string describe(const std::string& style, std::optional<int64_t> repeatIntervalSeconds);
     // "mac", "phone", or the device's name.
-    static std::string device(const DeviceGate& gate);
+    static std::string deviceOf(const DeviceGate& gate);
     // "2026-03-14" or "2026-03-14T09:05"; absent without year, month and day.
     static std::optional<std::string> format(const std::optional<DateComponents>& components);
 

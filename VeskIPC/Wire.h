@@ -40,6 +40,9 @@ struct Request {
 
     bool operator==(const Request&) const = default;
 
+    static const char* rawValue(Section section);  // "now", "later", "all"
+    static std::optional<Section> sectionFromRaw(std::string_view raw);
+
     nlohmann::json toJson() const;
     static Request fromJson(const JsonDecoder& json);
 };
@@ -53,6 +56,7 @@ struct WireError {
 
     static const char* rawValue(Code code);  // "invalid", "not-found", ...
     static int exitStatus(Code code);        // 1 to 5, the position of the case
+    static std::optional<Code> codeFromRaw(std::string_view raw);
 
     nlohmann::json toJson() const;
     static WireError fromJson(const JsonDecoder& json);

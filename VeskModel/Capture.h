@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <nlohmann/json_fwd.hpp>
@@ -73,6 +74,7 @@ struct Recurrence {
 const char* rawValue(PlaceTrigger::Edge edge);            // "arrive", "leave"
 const char* rawValue(Recurrence::Frequency frequency);     // "daily" ...
 std::optional<Recurrence::Frequency> frequencyFromRaw(std::string_view raw);
+std::optional<PlaceTrigger::Edge> edgeFromRaw(std::string_view raw);
 
 // When nagging starts, if earlier than due.
 struct StartReminding {

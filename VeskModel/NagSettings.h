@@ -1,9 +1,11 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <nlohmann/json_fwd.hpp>
@@ -58,7 +60,10 @@ struct EscalationLadder {
     static EscalationLadder fromJson(const JsonDecoder& json);
 };
 
+// Ordered by raw value; in JSON the integer.
 enum class AlertLevel : int64_t { notification = 0, timeSensitive = 1, alarm = 2 };
+// Absent for a raw value that names no level.
+std::optional<AlertLevel> alertLevelFromRaw(int64_t raw);
 
 // The settings every device shares. Default-constructed, it holds the defaults,
 // among them the night of 22:00 to 07:00.
@@ -76,6 +81,7 @@ struct NagSettings {
     enum class Field { repeat, nag, stagger, alarmRepeat, dateOnlyHour };
     static const std::vector<Field>& allFields();
     static const char* rawValue(Field field);                       // "repeat", ..., "date-only-hour"
+    static std::optional<Field> fieldFromRaw(std::string_view raw);  // case-sensitive
     static std::pair<int64_t, int64_t> range(Field field);          // inclusive
     static const std::vector<std::string>& settingKeys();           // the five and "night"
 
