@@ -1,0 +1,101 @@
+#include "VeskCLI/Summary.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const Calendar amsterdam("Europe/Amsterdam", "en_US");
+
+ParseOutput reading(std::string title, std::string style = "repeat") {
+    ParseOutput output;
+    output.title = std::move(title);
+    output.style = std::move(style);
+    return output;
+}
+
+std::string summary(const ParseOutput& output) { return Summary(output, amsterdam).text; }
+
+TEST(Summary, PlainSentenceIsDueWithinTheHour) {
+    EXPECT_EQ(summary(reading("call mom")), "what   call mom\nwhen   next hour\nhow    repeat until done");
+}
+
+TEST(Summary, EmptyTitleKeepsItsLabel) {
+    EXPECT_EQ(summary(reading("", "once")), "what   \nwhen   next hour\nhow    once");
+}
+
+TEST(Summary, DueDates) {
+    struct Case {
+        const char* due;
+        const char* shown;
+    } cases[] = {
+        {"2026-03-14T09:05", "Sat, Mar 14 at 9:05 AM"},
+        {"2026-03-14T21:30", "Sat, Mar 14 at 9:30 PM"},
+        {"2026-03-14", "Sat, Mar 14"},
+        {"2026-03-29T02:30", "2026-03-29T02:30"},  // no such wall time in Amsterdam: shown raw
+        {"2026-W11", "2026-W11"},
+        {"2026-03-14T09:05:00Z", "2026-03-14T09:05:00Z"},
+        {"", ""},
+    };
+    for (const auto& c : cases) {
+        auto output = reading("x");
+        output.due = c.due;
+        EXPECT_EQ(summary(output), std::string("what   x\nwhen   ") + c.shown + "\nhow    repeat until done") << c.due;
+    }
+}
+
+TEST(Summary, TriggerReplacesNextHourAndShowsWholeMinutesOfDelay) {
+    struct Case {
+        int64_t delay;
+        const char* line;
+    } cases[] = {{0, "where  arrive home"}, {30, "where  arrive home + 0 min"}, {600, "where  arrive home + 10 min"},
+                 {659, "where  arrive home + 10 min"}};
+    for (const auto& c : cases) {
+        auto output = reading("water plants");
+        output.trigger = ParseOutput::Trigger{"arrive", "home", c.delay};
+        EXPECT_EQ(summary(output), std::string("what   water plants\nhow    repeat until done\n") + c.line) << c.delay;
+    }
+}
+
+TEST(Summary, EveryLineInOrder) {
+    auto output = reading("pay rent", "repeat");
+    output.repeatIntervalSeconds = 900;
+    output.due = "2026-12-01";
+    output.trigger = ParseOutput::Trigger{"leave", "work", 0};
+    output.gate = "office";
+    output.device = "phone";
+    output.recurrence = ParseOutput::Repeat{"weekly", 2, std::vector<int64_t>{2}, true};
+    output.startReminding = "-86400";
+    output.hideDaysBefore = 3;
+    output.list = "Home";
+    output.unresolved = {"blorp", "zing"};
+    output.needsModel = true;
+    output.readByModel = true;
+    EXPECT_EQ(summary(output),
+              "what   pay rent\n"
+              "when   Tue, Dec 1\n"
+              "how    repeat every 15 min until done\n"
+              "where  leave work\n"
+              "gate   only at office\n"
+              "device phone\n"
+              "repeat every 2 weekly from completion\n"
+              "start  -86400\n"
+              "list   Home\n"
+              "??     didn't understand: blorp, zing\n"
+              "model  the on-device model read what the grammar couldn't");
+}
+
+TEST(Summary, RecurrenceWithoutCompletionAndUnresolvedOnlyWhenNeeded) {
+    auto output = reading("standup", "once");
+    output.recurrence = ParseOutput::Repeat{"daily", 1, std::nullopt, false};
+    output.unresolved = {"ignored"};
+    EXPECT_EQ(summary(output), "what   standup\nwhen   next hour\nhow    once\nrepeat every 1 daily");
+}
+
+TEST(Summary, HumanDateFollowsTheCalendarsZone) {
+    // The text is a wall clock: it reads the same in any zone.
+    Calendar tokyo("Asia/Tokyo", "en_US");
+    EXPECT_EQ(Summary::humanDate("2026-03-14T09:05", tokyo), "Sat, Mar 14 at 9:05 AM");
+    EXPECT_EQ(Summary::humanDate("2026-03-14", tokyo), "Sat, Mar 14");
+}
+
+}  // namespace
