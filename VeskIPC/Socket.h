@@ -4,9 +4,10 @@
 #include <sys/un.h>
 
 #include <functional>
-#include <mutex>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -43,9 +44,13 @@ std::vector<std::string> candidatePaths();
 
 // AF_UNIX address of `path`: at most 103 bytes; absent (pathTooLong) otherwise.
 std::optional<sockaddr_un> address(const std::string& path);
+// The length handed to bind and connect with an address.
+socklen_t addressLength();
 // Ignores SIGPIPE, and sets per-read and per-write timeouts of whole seconds.
 void configure(int descriptor, double timeout);
+// Reads until the end of the stream, a timeout or an error; returns what came.
 std::string readAll(int descriptor);
+// Writes all of `bytes` to a socket; false on any failure (never raises SIGPIPE).
 bool writeAll(int descriptor, const std::string& bytes);
 
 }  // namespace VeskSocket
@@ -59,12 +64,20 @@ SocketResult<Response> send(const Request& request, const std::string& path, dou
 
 }  // namespace SocketClient
 
-// The app's end: one accept thread, one background task per request.
+// The app's end: one accept thread, one background task per request. The accept thread
+// and the tasks share the server's state, so the object may be destroyed at any time;
+// exchanges under way finish on their own.
 class SocketServer {
 public:
+    // Answers a request. May run on several threads at once. A thrown WireError becomes
+    // the response's error; any other exception closes the connection without an answer.
     using Handler = std::function<Response(const Request&)>;
+    // The bytes of a whole request to the bytes of its answer; none closes the connection
+    // without an answer. For peers that need to send what no Response encodes to.
+    using RawHandler = std::function<std::optional<std::string>(std::string_view request)>;
 
     SocketServer(std::string path, Handler handler);
+    SocketServer(std::string path, RawHandler handler);
     ~SocketServer();
     SocketServer(const SocketServer&) = delete;
     SocketServer& operator=(const SocketServer&) = delete;
@@ -72,11 +85,10 @@ public:
     std::optional<SocketError> start();
     void stop();
 
-    const std::string& path() const { return path_; }
+    const std::string& path() const;
+
+    struct State;
 
 private:
-    std::string path_;
-    Handler handler_;
-    std::mutex lock_;
-    int listener_ = -1;
+    std::shared_ptr<State> state_;
 };
