@@ -10,7 +10,7 @@ namespace {
 
 // Every pattern that goes through `take`, compiled once per process. The lock guards the
 // map alone: it is held while looking up and compiling, never while matching.
-std::mutex& cacheLock() {
+std::mutex& lock() {
     static std::mutex lock;
     return lock;
 }
@@ -21,7 +21,7 @@ std::map<std::string, Regex, std::less<>>& compiled() {
 }
 
 std::optional<Regex> cachedPattern(std::string_view pattern) {
-    std::lock_guard guard(cacheLock());
+    std::lock_guard guard(lock());
     auto& cache = compiled();
     if (auto found = cache.find(pattern); found != cache.end()) return found->second;
     auto regex = Regex::compile(pattern, Regex::caseInsensitive);
