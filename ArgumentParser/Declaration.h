@@ -47,6 +47,9 @@ struct Input {
     ValueType type = ValueType::text;
     std::optional<std::string> defaultValue;  // shown as "(default: x)"
     bool shouldDisplay = true;
+    // Flags that share a group are alternatives: at most one of them may be given, and when
+    // none of them is optional one of them must be.
+    std::string group;
 };
 
 // Shorthands for the inputs vesk declares.
@@ -76,6 +79,7 @@ public:
     std::string text(const std::string& field) const;                   // "" when absent
     std::optional<std::string> optionalText(const std::string& field) const;
     std::optional<double> optionalDouble(const std::string& field) const;
+    std::optional<int64_t> optionalInteger(const std::string& field) const;
     std::vector<std::string> list(const std::string& field) const;      // empty when absent
 
     std::map<std::string, Value> values;
