@@ -94,8 +94,13 @@ ProcessResult runProcess(const std::vector<std::string>& argv, const std::map<st
 }
 
 ProcessResult runVesk(const std::vector<std::string>& arguments, std::map<std::string, std::string> environment) {
+    return runVeskAt(VESK_BINARY, arguments, std::move(environment));
+}
+
+ProcessResult runVeskAt(const std::string& binary, const std::vector<std::string>& arguments,
+                        std::map<std::string, std::string> environment) {
     if (environment.empty()) environment = testEnvironment();
-    std::vector<std::string> argv{"faketime", "-f", "@2026-11-18 10:00:00", VESK_BINARY};
+    std::vector<std::string> argv{"faketime", "-f", "@2026-11-18 10:00:00", binary};
     argv.insert(argv.end(), arguments.begin(), arguments.end());
     return runProcess(argv, environment);
 }

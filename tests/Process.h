@@ -24,3 +24,6 @@ ProcessResult runProcess(const std::vector<std::string>& argv, const std::map<st
 // 2026-11-18 10:00:00 local time, with `environment` (testEnvironment() when empty).
 ProcessResult runVesk(const std::vector<std::string>& arguments,
                       std::map<std::string, std::string> environment = {});
+// The same, for a vesk program at `binary` (a copy of the built one, say).
+ProcessResult runVeskAt(const std::string& binary, const std::vector<std::string>& arguments,
+                        std::map<std::string, std::string> environment = {});
