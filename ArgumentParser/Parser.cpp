@@ -205,10 +205,15 @@ void capture(const Command& command, Lenient& parsed, SplitArguments& split) {
 Lenient lenientParse(const Command& command, SplitArguments& split) {
     Lenient parsed;
     parsed.given.resize(command.inputs.size());
+    // A list that takes all remaining input takes the options behind its first word too.
+    const bool stopAtWord = std::any_of(command.inputs.begin(), command.inputs.end(), [](const Input& input) {
+        return input.kind == InputKind::positional && input.strategy == ParsingStrategy::allRemainingInput;
+    });
     size_t index = 0;
     while (index < split.elements.size()) {
         const Element element = split.elements[index];
         if (element.kind == Element::Kind::terminator) break;
+        if (stopAtWord && element.kind == Element::Kind::value) break;
         auto found = element.kind == Element::Kind::option ? inputNamed(command, element.name) : std::nullopt;
         if (!found) {
             ++index;

@@ -1,0 +1,232 @@
+#include "ArgumentParser/Parser.h"
+
+#include <gtest/gtest.h>
+
+#include "ArgumentParser/Exit.h"
+#include "ArgumentParser/TestTree.h"
+#include "Platform/Text.h"
+
+namespace ArgumentParser {
+namespace {
+
+using Testing::TestTree;
+
+std::string shown(const Values::Value& value) {
+    struct Show {
+        std::string operator()(bool b) const { return b ? "true" : "false"; }
+        std::string operator()(const std::string& s) const { return "'" + s + "'"; }
+        std::string operator()(double d) const { return Text::format("%g", d); }
+        std::string operator()(int64_t i) const { return std::to_string(i); }
+        std::string operator()(const std::vector<std::string>& list) const {
+            std::string text = "[";
+            for (size_t i = 0; i < list.size(); ++i) text += (i ? "," : "") + list[i];
+            return text + "]";
+        }
+    };
+    return std::visit(Show{}, value);
+}
+
+// One line that tells what a reading came to.
+std::string described(const TestTree& tree, const Reading& reading) {
+    if (auto invocation = std::get_if<Invocation>(&reading)) {
+        std::string text = "run " + pathName(invocation->path);
+        for (const auto& [field, value] : invocation->values.values) text += " " + field + "=" + shown(value);
+        return text;
+    }
+    if (auto help = std::get_if<HelpRequest>(&reading)) return "help " + pathName(help->path);
+    if (auto dump = std::get_if<DumpRequest>(&reading)) return "dump " + pathName(dump->path);
+    if (auto version = std::get_if<VersionRequest>(&reading)) return "version " + version->version;
+    if (auto completion = std::get_if<CompletionRequest>(&reading))
+        return "completion " + completion->shell.value_or("(from SHELL)");
+    auto text = fullErrorText(tree.root, std::get<UsageFailure>(reading), 80);
+    return "error " + text.substr(0, text.find('\n'));
+}
+
+struct Case {
+    std::vector<std::string> arguments;
+    std::string expected;
+};
+
+void check(const std::vector<Case>& cases) {
+    TestTree tree;
+    for (const auto& c : cases) {
+        std::string line;
+        for (const auto& a : c.arguments) line += " [" + a + "]";
+        EXPECT_EQ(described(tree, read(tree.root, c.arguments)), c.expected) << "arguments:" << line;
+    }
+}
+
+TEST(Parser, FindsTheCommandAndReadsItsInputs) {
+    check({
+        {{}, "run tool say loud=false words=[]"},
+        {{"hello", "world"}, "run tool say loud=false words=[hello,world]"},
+        {{"count", "x"}, "run tool count ratio=0.5 target='x' verbose=false"},
+        {{"count", "-v", "x", "--times", "3"}, "run tool count ratio=0.5 target='x' times=3 verbose=true"},
+        {{"count", "--times=3", "--ratio", "2.5", "x"}, "run tool count ratio=2.5 target='x' times=3 verbose=false"},
+        {{"count", "x", "--verbose", "--times=-4"}, "run tool count ratio=0.5 target='x' times=-4 verbose=true"},
+        {{"count", "--times", "1", "--times", "2", "x"}, "run tool count ratio=0.5 target='x' times=2 verbose=false"},
+        {{"copy", "", "-"}, "run tool copy destination='-' source=''"},
+        {{"remote"}, "run tool remote show json=false"},
+        {{"remote", "--json"}, "run tool remote show json=true"},
+        {{"remote", "add", "origin", "--url", "x"}, "run tool remote add name='origin' url='x'"},
+        {{"remote", "add", "--url=a=b", "origin"}, "run tool remote add name='origin' url='a=b'"},
+        {{"admin", "reset"}, "run tool admin reset"},
+        {{"sleep", "1e3"}, "run tool sleep seconds=1000"},
+        {{"exec", "--quiet", "ls", "-la", "--quiet"}, "run tool exec command=[ls,-la,--quiet] quiet=true"},
+        {{"after", "--dry", "--", "b", "--dry"}, "run tool after dry=true rest=[b,--dry]"},
+    });
+}
+
+TEST(Parser, DefaultSubcommandTakesWhatNamesNoCommand) {
+    check({
+        // Another case, an option before the word, or the terminator: no command is named.
+        {{"Count", "x"}, "run tool say loud=false words=[Count,x]"},
+        {{"--loud", "count", "x"}, "run tool say loud=true words=[count,x]"},
+        {{"--", "count"}, "run tool say loud=false words=[--,count]"},
+        {{"-x", "count"}, "run tool say loud=false words=[-x,count]"},
+        {{"remote", "origin"}, "error Error: Unexpected argument 'origin'"},
+    });
+}
+
+TEST(Parser, CapturingListKeepsEverythingUnusedAsTyped) {
+    check({
+        {{"a", "--loud", "b"}, "run tool say loud=true words=[a,b]"},
+        {{"a", "--", "--loud", "-h"}, "run tool say loud=false words=[a,--,--loud,-h]"},
+        {{"say", "--what", "-x=1", "---"}, "error Error: Invalid option: ---"},
+        {{"say", "--what", "-x=1", "--loud=", "b"}, "error Error: The option '--loud' does not take any value, but '' was specified."},
+        {{"say", "--what", "-xy", "b"}, "run tool say loud=false words=[--what,-xy,b]"},
+    });
+}
+
+TEST(Parser, BuiltInRequests) {
+    check({
+        {{"--help"}, "help tool"},
+        {{"-h"}, "help tool"},
+        {{"hello", "-h"}, "help tool say"},
+        {{"hello", "--", "-h"}, "run tool say loud=false words=[hello,--,-h]"},
+        {{"count", "--help"}, "help tool count"},
+        {{"count", "--times", "x", "-h"}, "help tool count"},
+        {{"remote", "--help"}, "help tool remote"},
+        {{"remote", "--json", "--help"}, "help tool remote show"},
+        // Help goes first; with two arguments left the root hands both to its default.
+        {{"--help", "--version"}, "help tool say"},
+        {{"--version"}, "version 1.2.3"},
+        {{"count", "x", "--version"}, "version 1.2.3"},
+        {{"hello", "--version"}, "version 1.2.3"},
+        {{"--experimental-dump-help"}, "dump tool"},
+        {{"remote", "--experimental-dump-help"}, "dump tool remote"},
+        {{"--generate-completion-script", "bash"}, "completion bash"},
+        {{"--generate-completion-script=zsh"}, "completion zsh"},
+        {{"--generate-completion-script"}, "completion (from SHELL)"},
+        {{"count", "--help", "--generate-completion-script", "fish"}, "completion fish"},
+        {{"help"}, "help tool"},
+        {{"help", "remote", "add"}, "help tool remote add"},
+        {{"help", "remote", "nothing", "add"}, "help tool remote"},
+        {{"help", "remote", "-h"}, "help tool remote"},
+        {{"help", "-help", "count"}, "help tool count"},
+        {{"help", "help"}, "help tool help"},
+        {{"help", "--version"}, "version 1.2.3"},
+    });
+}
+
+TEST(Parser, UsageErrors) {
+    check({
+        {{"count"}, "error Error: Missing expected argument '<target>'"},
+        {{"copy", "a"}, "error Error: Missing expected argument '<destination>'"},
+        {{"count", "x", "--zzzzzz"}, "error Error: Unknown option '--zzzzzz'"},
+        {{"count", "x", "-q"}, "error Error: Unknown option '-q'"},
+        {{"count", "x", "-vq"}, "error Error: Unknown option '-q'"},
+        {{"count", "x", "-qz"}, "error Error: Unknown option '-qz'"},
+        {{"copy", "a", "b", "c"}, "error Error: Unexpected argument 'c'"},
+        {{"copy", "a", "b", "c", "d"}, "error Error: 2 unexpected arguments: 'c', 'd'"},
+        {{"copy", "a", "b", "--"}, "run tool copy destination='b' source='a'"},
+        {{"copy", "a", "--", "-b"}, "run tool copy destination='-b' source='a'"},
+        {{"remote", "add", "o", "--url"}, "error Error: Missing value for '--url <url>'"},
+        {{"remote", "add", "o", "--url", "--json"}, "error Error: Missing value for '--url <url>'"},
+        {{"count", "x", "--times", "-4"}, "error Error: Missing value for '--times <times>'"},
+        {{"remote", "add", "o", "--url", "--", "x"}, "error Error: Missing value for '--url <url>'"},
+        {{"count", "x", "--times", "three"}, "error Error: The value 'three' is invalid for '--times <times>'"},
+        {{"count", "x", "--times", "1.5"}, "error Error: The value '1.5' is invalid for '--times <times>'"},
+        {{"count", "x", "--ratio=abc"}, "error Error: The value 'abc' is invalid for '--ratio <ratio>'"},
+        {{"sleep", "soon"}, "error Error: The value 'soon' is invalid for '<seconds>'"},
+        {{"sleep", " 1"}, "error Error: The value ' 1' is invalid for '<seconds>'"},
+        {{"say", "--loud=yes"}, "error Error: The option '--loud' does not take any value, but 'yes' was specified."},
+        {{"---"}, "error Error: Invalid option: ---"},
+        {{"count", "---x"}, "error Error: Invalid option: ---x"},
+        {{"-=x"}, "error Error: Invalid option: -=x"},
+        {{"paint", "--red", "--blue"}, "error Error: Value to be set with --blue had already been set with --red"},
+        {{"paint", "--red", "--red"}, "error Error: Value to be set with --red had already been set with --red"},
+        {{"paint"}, "error Error: Missing one of: '--red', '--blue'"},
+        {{"paint", "--blue"}, "run tool paint blue=true red=false"},
+        {{"admin"}, "error Error: Missing required subcommand."},
+        {{"help", "--nothing"}, "error Error: Unknown option '--nothing'"},
+    });
+}
+
+TEST(Parser, UnknownLongOptionNamesTheNearestKnownOne) {
+    check({
+        {{"count", "x", "--time"}, "error Error: Unknown option '--time'. Did you mean '--times'?"},
+        {{"count", "x", "--verbos"}, "error Error: Unknown option '--verbos'. Did you mean '--verbose'?"},
+        {{"count", "x", "--ratoi"}, "error Error: Unknown option '--ratoi'. Did you mean '--ratio'?"},
+        {{"count", "x", "-ratio"}, "error Error: Unknown option '-ratio'. Did you mean '--ratio'?"},
+        // A known letter of a cluster is taken, and the first unknown one is named.
+        {{"count", "x", "-verbose"}, "error Error: Unknown option '-e'"},
+        // Three edits is still near, four is not.
+        {{"count", "x", "--tim"}, "error Error: Unknown option '--tim'. Did you mean '--times'?"},
+        {{"count", "x", "--t"}, "error Error: Unknown option '--t'"},
+        {{"remote", "show", "--jsn"}, "error Error: Unknown option '--jsn'. Did you mean '--json'?"},
+    });
+}
+
+TEST(Parser, ErrorNamesThePathReached) {
+    TestTree tree;
+    auto reading = read(tree.root, {"remote", "add", "o", "--nope"});
+    ASSERT_TRUE(std::holds_alternative<UsageFailure>(reading));
+    EXPECT_EQ(fullErrorText(tree.root, std::get<UsageFailure>(reading), 80),
+              "Error: Unknown option '--nope'\n"
+              "Usage: tool remote add [--url <url>] <name>\n"
+              "  See 'tool remote add --help' for more information.");
+}
+
+TEST(Parser, MissingArgumentHasAHelpLine) {
+    TestTree tree;
+    auto reading = read(tree.root, {"count", "-v"});
+    ASSERT_TRUE(std::holds_alternative<UsageFailure>(reading));
+    EXPECT_EQ(fullErrorText(tree.root, std::get<UsageFailure>(reading), 80),
+              "Error: Missing expected argument '<target>'\n"
+              "Help:  <target>  What to count.\n"
+              "Usage: tool count [--verbose] [--times <times>] [--ratio <ratio>] <target>\n"
+              "  See 'tool count --help' for more information.");
+}
+
+TEST(Parser, DefaultSubcommandThatIsNoChildIsAnInvalidState) {
+    Command stray, root;
+    stray.typeName = "Stray";
+    root.typeName = "Broken";
+    root.subcommands = {};
+    root.defaultSubcommand = &stray;
+    auto reading = read(root, {"x"});
+    ASSERT_TRUE(std::holds_alternative<UsageFailure>(reading));
+    EXPECT_EQ(messageFor(std::get<UsageFailure>(reading).error, {&root}),
+              "Internal error. Invalid state while parsing command-line arguments.");
+}
+
+TEST(Parser, KeepsTheArgumentsForTheCommand) {
+    TestTree tree;
+    auto reading = read(tree.root, {"--loud", "x"});
+    ASSERT_TRUE(std::holds_alternative<Invocation>(reading));
+    EXPECT_EQ(std::get<Invocation>(reading).values.arguments, (std::vector<std::string>{"--loud", "x"}));
+}
+
+TEST(Parser, ReadsNumbersLikeThePlatform) {
+    EXPECT_EQ(readDouble("2.5"), 2.5);
+    EXPECT_EQ(readDouble("+3"), 3.0);
+    EXPECT_EQ(readDouble("-1e2"), -100.0);
+    EXPECT_EQ(readDouble(".5"), 0.5);
+    EXPECT_EQ(readDouble("0x10"), 16.0);
+    EXPECT_TRUE(readDouble("inf").has_value());
+    for (const char* bad : {"", " 1", "1 ", "1,5", "abc", "1e", "--1"}) EXPECT_FALSE(readDouble(bad)) << bad;
+}
+
+}  // namespace
+}  // namespace ArgumentParser
