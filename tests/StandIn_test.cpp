@@ -113,3 +113,31 @@ TEST(StandIn, LifetimeEndsTheStandIn) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1500));
     EXPECT_FALSE(SocketClient::isListening(VeskSocket::defaultPath()));
 }
+
+TEST(StandIn, VeskTalksToARunningStandIn) {
+    StandInHarness app;
+    app.start({R"({"schema":1,"lists":[]})"});
+    ProcessResult result = app.vesk({"lists", "--json"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    ASSERT_EQ(app.requests().size(), 1u);
+    EXPECT_EQ(decodeRequest(app.requests()[0]), Request{Request::Lists{}});
+}
+
+TEST(StandIn, VeskLaunchesTheStandInBesideIt) {
+    StandInHarness app;
+    app.script({R"({"schema":1,"lists":[]})"});
+    app.installBesideVesk();
+    ProcessResult result = app.vesk({"lists"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(app.requests().size(), 1u);
+    EXPECT_TRUE(SocketClient::isListening(VeskSocket::defaultPath()));
+}
+
+TEST(StandIn, VeskLaunchesTheStandInFromPath) {
+    StandInHarness app;
+    app.script({R"({"schema":1,"lists":[]})"});
+    app.installOnPath();
+    ProcessResult result = app.vesk({"lists"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(app.requests().size(), 1u);
+}

@@ -77,6 +77,8 @@ void detach() {
     }
     if (child > 0) _exit(0);
     setsid();
+    // Whoever waits for the caller's streams or descriptors to close must not wait for us.
+    close_range(3, ~0U, 0);
     int null = open("/dev/null", O_RDWR);
     for (int stream : {0, 1, 2}) dup2(null, stream);
     if (null > 2) close(null);
