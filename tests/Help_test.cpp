@@ -1,0 +1,181 @@
+// Help screens, the version, and where help and the terminator stand among words.
+#include <gtest/gtest.h>
+
+#include "Process.h"
+
+namespace {
+
+const std::string rootHelp =
+    "OVERVIEW: Ride me like a vesk.\n"
+    "\n"
+    "Add is the default: `vesk call the dentist at 9, nag me every 15 minutes`.\n"
+    "Every command takes --json (schema 1). Exit status: 0 ok, 1 invalid, 2 not found, 3 permission, 4 partial "
+    "write, 5 Vesk app unreachable.\n"
+    "\n"
+    "USAGE: vesk <subcommand>\n"
+    "\n"
+    "OPTIONS:\n"
+    "  --version               Show the version.\n"
+    "  -h, --help              Show help information.\n"
+    "\n"
+    "SUBCOMMANDS:\n"
+    "  add (default)           Add a reminder in your own words. Tokens like due:fri\n"
+    "                          nag:15m override the reading.\n"
+    "  now                     Everything due now, in today's order.\n"
+    "  later                   Everything coming up, in time order.\n"
+    "  done                    Complete a reminder, by number, id, or title.\n"
+    "  snooze                  Snooze a reminder: 15m, 2h, 1d, tonight, tomorrow,\n"
+    "                          friday at 3pm.\n"
+    "  delete                  Delete a reminder from Reminders.\n"
+    "  lists                   Reminders lists, and which ones Vesk ignores.\n"
+    "  places                  Named places for triggers and gates.\n"
+    "  settings                The nag settings every device shares.\n"
+    "  doctor                  Check permissions and settings.\n"
+    "  parse                   Show how the grammar reads a sentence, offline,\n"
+    "                          without saving.\n"
+    "  help                    Show subcommand help information.\n"
+    "\n"
+    "  See 'vesk help <subcommand>' for detailed help.\n";
+
+const std::string placesHelp =
+    "OVERVIEW: Named places for triggers and gates.\n"
+    "\n"
+    "USAGE: vesk places <subcommand>\n"
+    "\n"
+    "OPTIONS:\n"
+    "  -h, --help              Show help information.\n"
+    "\n"
+    "SUBCOMMANDS:\n"
+    "  list (default)          Saved places, and how many reminders wait on each.\n"
+    "  add                     Save a place from a search, or where this Mac is. A\n"
+    "                          place with the same name is replaced.\n"
+    "  remove                  Forget a place. Reminders that name it wait until it\n"
+    "                          exists again.\n"
+    "\n"
+    "  See 'vesk help places <subcommand>' for detailed help.\n";
+
+const std::string placesAddHelp =
+    "OVERVIEW: Save a place from a search, or where this Mac is. A place with the\n"
+    "same name is replaced.\n"
+    "\n"
+    "USAGE: vesk places add [--json] [--at <at>] [--here] [--radius <radius>] <name>\n"
+    "\n"
+    "ARGUMENTS:\n"
+    "  <name>                  The name reminders use, like home or office.\n"
+    "\n"
+    "OPTIONS:\n"
+    "  --json                  Machine-readable output, schema 1.\n"
+    "  --at <at>               An address or a place to search for.\n"
+    "  --here                  Where this Mac is now.\n"
+    "  --radius <radius>       Radius in meters. Default 100.\n"
+    "  -h, --help              Show help information.\n"
+    "\n";
+
+const std::string addHelp =
+    "OVERVIEW: Add a reminder in your own words. Tokens like due:fri nag:15m\n"
+    "override the reading.\n"
+    "\n"
+    "USAGE: vesk add [--json] [--dry-run] [<words> ...]\n"
+    "\n"
+    "ARGUMENTS:\n"
+    "  <words> ...             The reminder, in your own words.\n"
+    "\n"
+    "OPTIONS:\n"
+    "  --json                  Machine-readable output, schema 1.\n"
+    "  --dry-run               Show how Vesk reads it, using the app's settings,\n"
+    "                          without saving.\n"
+    "  -h, --help              Show help information.\n"
+    "\n";
+
+void expectPrinted(const std::vector<std::string>& arguments, const std::string& expected,
+                   std::map<std::string, std::string> environment = {}) {
+    std::string shown;
+    for (const auto& argument : arguments) shown += "[" + argument + "]";
+    auto result = runVesk(arguments, std::move(environment));
+    EXPECT_EQ(result.status, 0) << shown;
+    EXPECT_EQ(result.err, "") << shown;
+    EXPECT_EQ(result.out, expected) << shown;
+}
+
+TEST(Help, RootScreen) {
+    expectPrinted({"--help"}, rootHelp);
+    expectPrinted({"-h"}, rootHelp);
+    expectPrinted({"help"}, rootHelp);
+}
+
+TEST(Help, NestedCommand) {
+    expectPrinted({"places", "--help"}, placesHelp);
+    expectPrinted({"help", "places"}, placesHelp);
+    expectPrinted({"help", "places", "-h"}, placesHelp);
+    expectPrinted({"places", "add", "--help"}, placesAddHelp);
+    expectPrinted({"help", "places", "add"}, placesAddHelp);
+    // Names are followed as far as they match.
+    expectPrinted({"help", "places", "nowhere"}, placesHelp);
+}
+
+TEST(Help, AmongCapturedWords) {
+    expectPrinted({"call", "mom", "-h"}, addHelp);
+    expectPrinted({"call", "--help", "mom"}, addHelp);
+    expectPrinted({"add", "--help"}, addHelp);
+    auto parse = runVesk({"parse", "call", "mom", "--help"});
+    EXPECT_EQ(parse.status, 0);
+    EXPECT_TRUE(parse.out.starts_with("OVERVIEW: Show how the grammar reads a sentence, offline, without saving.\n"))
+        << parse.out;
+}
+
+TEST(Help, BehindTheTerminatorIsAWord) {
+    // `parse` needs no app: the words, "--" included, are the sentence it reads.
+    auto help = runVesk({"parse", "--", "--help"});
+    EXPECT_EQ(help.status, 0) << help.err;
+    EXPECT_TRUE(help.out.starts_with("what ")) << help.out;
+
+    auto json = runVesk({"parse", "--", "--json", "call", "mom"});
+    EXPECT_EQ(json.status, 0) << json.err;
+    EXPECT_TRUE(json.out.starts_with("what ")) << json.out;
+    EXPECT_NE(json.out.find("call mom"), std::string::npos) << json.out;
+}
+
+TEST(Help, Version) {
+    expectPrinted({"--version"}, "0.2.0\n");
+    expectPrinted({"places", "--version"}, "0.2.0\n");
+    expectPrinted({"call", "mom", "--version"}, "0.2.0\n");
+}
+
+TEST(Help, NarrowScreenWrapsAndKeepsTheColumn) {
+    auto environment = testEnvironment();
+    environment["COLUMNS"] = "50";
+    expectPrinted({"places", "--help"},
+                  "OVERVIEW: Named places for triggers and gates.\n"
+                  "\n"
+                  "USAGE: vesk places <subcommand>\n"
+                  "\n"
+                  "OPTIONS:\n"
+                  "  -h, --help              Show help information.\n"
+                  "\n"
+                  "SUBCOMMANDS:\n"
+                  "  list (default)          Saved places, and how\n"
+                  "                          many reminders wait on\n"
+                  "                          each.\n"
+                  "  add                     Save a place from a\n"
+                  "                          search, or where this\n"
+                  "                          Mac is. A place with\n"
+                  "                          the same name is\n"
+                  "                          replaced.\n"
+                  "  remove                  Forget a place.\n"
+                  "                          Reminders that name it\n"
+                  "                          wait until it exists\n"
+                  "                          again.\n"
+                  "\n"
+                  "  See 'vesk help places <subcommand>' for detailed help.\n",
+                  environment);
+}
+
+TEST(Help, UnusableColumnsFallsBackTo80) {
+    auto environment = testEnvironment();
+    environment["COLUMNS"] = "wide";
+    expectPrinted({"--help"}, rootHelp, environment);
+    environment.erase("COLUMNS");
+    expectPrinted({"--help"}, rootHelp, environment);
+}
+
+}  // namespace
