@@ -1,0 +1,167 @@
+// Whole-process time of `vesk now` against a live peer that holds 1,000 reminders.
+//
+// The peer is a SocketServer in this process, at the default socket path, answering
+// every request with the same encoded response. The process
+// first moves into a private mount namespace and mounts a temporary directory over the
+// user's home there, so neither the peer nor vesk touches the real home. Needs root (or
+// the right to make a user namespace). Each repetition is one run of vesk, from spawn to
+// exit; the median over the repetitions is the figure to read.
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sched.h>
+#include <spawn.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "VeskIPC/Socket.h"
+
+namespace {
+
+constexpr int reminderCount = 1000;
+
+Response heldReminders() {
+    Response response;
+    response.reminders.emplace();
+    for (int i = 1; i <= reminderCount; ++i) {
+        ReminderDTO reminder;
+        reminder.number = i;
+        reminder.id = "x-apple-reminder://4F2A" + std::to_string(100000 + i);
+        reminder.title = "Reminder " + std::to_string(i) + ": call the dentist about the appointment";
+        reminder.list = i % 3 ? "Inbox" : "Work";
+        reminder.section = "now";
+        reminder.status = "due";
+        char at[32];
+        std::snprintf(at, sizeof at, "2026-11-18T%02d:%02d:00Z", 6 + i % 3, i % 60);
+        reminder.at = at;
+        reminder.due = "2026-11-18T10:00";
+        reminder.style = i % 2 ? "repeat" : "once";
+        if (i % 2) reminder.repeatIntervalSeconds = 900;
+        if (i % 10 == 0) reminder.place = "home";
+        if (i % 7 == 0) reminder.device = "mac";
+        reminder.detail = std::string("due 2 hours ago · ") + (i % 2 ? "repeat every 15 min until done" : "once");
+        response.reminders->push_back(reminder);
+    }
+    return response;
+}
+
+bool writeFile(const std::string& path, const std::string& contents) {
+    std::ofstream file(path);
+    file << contents;
+    return static_cast<bool>(file);
+}
+
+// A private mount namespace with a fresh temporary home; returns the temporary directory.
+std::string enterPrivateHome() {
+    uid_t uid = getuid();
+    gid_t gid = getgid();
+    if (unshare(CLONE_NEWNS) != 0) {
+        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return "";
+        writeFile("/proc/self/setgroups", "deny");
+        writeFile("/proc/self/uid_map", std::to_string(uid) + " " + std::to_string(uid) + " 1");
+        writeFile("/proc/self/gid_map", std::to_string(gid) + " " + std::to_string(gid) + " 1");
+    }
+    if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return "";
+    char name[] = "/tmp/vesk-bench-XXXXXX";
+    if (!mkdtemp(name)) return "";
+    if (mount(name, getpwuid(uid)->pw_dir, nullptr, MS_BIND, nullptr) != 0) return "";
+    return name;
+}
+
+// Runs vesk with `arguments`, its output to the null device; returns its exit status
+// and adds the processor time it took (user and system, in ms) to `cpu`.
+int runVesk(const std::vector<std::string>& arguments, double& cpu) {
+    std::vector<std::string> argv{VESK_BINARY};
+    argv.insert(argv.end(), arguments.begin(), arguments.end());
+    std::vector<char*> args;
+    for (auto& a : argv) args.push_back(a.data());
+    args.push_back(nullptr);
+    char* environment[] = {const_cast<char*>("TZ=Europe/Amsterdam"), const_cast<char*>("LANG=en_US.UTF-8"),
+                           const_cast<char*>("PATH=/usr/local/bin:/usr/bin:/bin"), const_cast<char*>("COLUMNS=80"),
+                           nullptr};
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    pid_t pid;
+    int spawned = posix_spawn(&pid, args[0], &actions, nullptr, args.data(), environment);
+    posix_spawn_file_actions_destroy(&actions);
+    if (spawned != 0) return -1;
+    int status = 0;
+    rusage usage{};
+    while (wait4(pid, &status, 0, &usage) < 0) {
+        if (errno != EINTR) return -1;
+    }
+    auto ms = [](const timeval& t) { return t.tv_sec * 1e3 + t.tv_usec / 1e3; };
+    cpu += ms(usage.ru_utime) + ms(usage.ru_stime);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+std::atomic<int> requests{0};
+
+void runs(benchmark::State& state, std::vector<std::string> arguments) {
+    double cpu = 0;
+    for (auto _ : state) {
+        auto begin = std::chrono::steady_clock::now();
+        int status = runVesk(arguments, cpu);
+        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+        if (status != 0) {
+            state.SkipWithError(("vesk exited with status " + std::to_string(status)).c_str());
+            break;
+        }
+    }
+    // Less at the mercy of other load on the machine than the wall-clock time.
+    state.counters["cpu_ms"] = benchmark::Counter(cpu, benchmark::Counter::kAvgIterations);
+}
+
+}  // namespace
+
+// The start and end of a vesk process with no exchange at all, to read the others against.
+BENCHMARK_CAPTURE(runs, version, std::vector<std::string>{"--version"})
+    ->Iterations(1)->Repetitions(200)->ReportAggregatesOnly(true)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(runs, now, std::vector<std::string>{"now"})
+    ->Iterations(1)->Repetitions(200)->ReportAggregatesOnly(true)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(runs, now_json, std::vector<std::string>{"now", "--json"})
+    ->Iterations(1)->Repetitions(200)->ReportAggregatesOnly(true)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+int main(int argc, char** argv) {
+    std::string home = enterPrivateHome();
+    if (home.empty()) {
+        std::fprintf(stderr, "now_bench: cannot make a private home (%s); run as root\n", std::strerror(errno));
+        return 1;
+    }
+    // Encoded once: the figure is vesk's time, not the peer's encoder.
+    const std::string answer = encodeWire(heldReminders()).value();
+    SocketServer peer(VeskSocket::defaultPath(), SocketServer::RawHandler([&answer](std::string_view) {
+                          ++requests;
+                          return std::optional<std::string>(answer);
+                      }));
+    if (auto error = peer.start()) {
+        std::fprintf(stderr, "now_bench: the peer cannot listen (errno %d)\n", error->code);
+        return 1;
+    }
+
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+
+    peer.stop();
+    std::fprintf(stderr, "requests answered: %d\n", requests.load());
+    umount2(getpwuid(getuid())->pw_dir, MNT_DETACH);
+    std::error_code ignored;
+    std::filesystem::remove_all(home, ignored);
+    return 0;
+}
