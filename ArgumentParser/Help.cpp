@@ -32,7 +32,10 @@ std::string synopsis(const Input& input) {
         if (input.kind == InputKind::option) text += " <" + valueNameOf(input) + ">";
     }
     if (input.isRepeating) text += " ...";
-    return bracketed(text, input.isOptional || input.defaultValue.has_value());
+    // A flag is never required on its own, only as one of a required group.
+    bool optional = input.kind == InputKind::flag ? input.group.empty() || input.isOptional
+                                                  : input.isOptional || input.defaultValue.has_value();
+    return bracketed(text, optional);
 }
 
 std::string joinedNames(const Input& input) {

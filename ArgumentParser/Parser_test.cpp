@@ -218,6 +218,20 @@ TEST(Parser, KeepsTheArgumentsForTheCommand) {
     EXPECT_EQ(std::get<Invocation>(reading).values.arguments, (std::vector<std::string>{"--loud", "x"}));
 }
 
+TEST(Parser, AnyCommandLineReadsWithoutEscaping) {
+    TestTree tree;
+    const std::vector<std::string> tokens{"", "-", "--", "---", "-h", "--help", "-vx", "--times", "--times=",
+                                          "-=", "count", "remote", "add", "help", "x", "--url", "--loud=1", "é"};
+    size_t readings = 0;
+    for (const auto& a : tokens)
+        for (const auto& b : tokens)
+            for (const auto& c : tokens) {
+                EXPECT_NO_THROW(read(tree.root, {a, b, c})) << a << " " << b << " " << c;
+                ++readings;
+            }
+    EXPECT_EQ(readings, tokens.size() * tokens.size() * tokens.size());
+}
+
 TEST(Parser, ReadsNumbersLikeThePlatform) {
     EXPECT_EQ(readDouble("2.5"), 2.5);
     EXPECT_EQ(readDouble("+3"), 3.0);
