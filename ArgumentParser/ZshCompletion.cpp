@@ -10,7 +10,7 @@ std::string quoted(const std::string& word) {
     return text + "'";
 }
 
-// A description inside the brackets of an option's spec.
+// A description inside the brackets of an option's entry.
 std::string bracketed(const std::string& help) {
     std::string text;
     for (char c : help) {
@@ -29,8 +29,8 @@ std::string escapedColons(const std::string& text) {
     return result;
 }
 
-// One spec word of `_arguments` for a flag or an option, one per name.
-std::vector<std::string> specs(const CompletionInput& input, bool takesValue) {
+// One word of `_arguments` for a flag or an option, one per name.
+std::vector<std::string> entries(const CompletionInput& input, bool takesValue) {
     std::string exclusion;
     if (!input.isRepeating) {
         exclusion = "(";
@@ -41,11 +41,11 @@ std::vector<std::string> specs(const CompletionInput& input, bool takesValue) {
     }
     std::vector<std::string> result;
     for (const auto& name : input.names) {
-        std::string spec = exclusion + name.synopsis();
-        if (takesValue && name.kind == Name::Kind::longName) spec += "=";
-        spec += bracketed(input.help);
-        if (takesValue) spec += ":" + escapedColons(input.valueName) + ": ";
-        result.push_back(quoted(spec));
+        std::string entry = exclusion + name.synopsis();
+        if (takesValue && name.kind == Name::Kind::longName) entry += "=";
+        entry += bracketed(input.help);
+        if (takesValue) entry += ":" + escapedColons(input.valueName) + ": ";
+        result.push_back(quoted(entry));
     }
     return result;
 }
@@ -68,9 +68,9 @@ std::string commandFunction(const CompletionCommand& command) {
     text += "    local -a args\n";
     text += "    args=(\n";
     for (const auto& input : command.flags)
-        for (const auto& spec : specs(input, false)) text += "        " + spec + "\n";
+        for (const auto& entry : entries(input, false)) text += "        " + entry + "\n";
     for (const auto& input : command.options)
-        for (const auto& spec : specs(input, true)) text += "        " + spec + "\n";
+        for (const auto& entry : entries(input, true)) text += "        " + entry + "\n";
     if (command.subcommands.empty()) {
         for (const auto& input : command.positionals) text += "        " + positional(input) + "\n";
         text += "    )\n";
