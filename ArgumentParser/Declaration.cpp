@@ -13,39 +13,35 @@ std::string Name::synopsis() const {
     return name;
 }
 
-Input flag(std::string field, std::string help) {
+namespace {
+
+Input declared(InputKind kind, std::string field, std::string help, bool isOptional) {
     Input input;
-    input.kind = InputKind::flag;
+    input.kind = kind;
     input.field = std::move(field);
     input.help = std::move(help);
-    input.isOptional = true;
+    input.isOptional = isOptional;
     return input;
 }
 
+}  // namespace
+
+Input flag(std::string field, std::string help) {
+    return declared(InputKind::flag, std::move(field), std::move(help), true);
+}
+
 Input option(std::string field, std::string help, ValueType type) {
-    Input input;
-    input.kind = InputKind::option;
-    input.field = std::move(field);
-    input.help = std::move(help);
-    input.isOptional = true;
+    Input input = declared(InputKind::option, std::move(field), std::move(help), true);
     input.type = type;
     return input;
 }
 
 Input argument(std::string field, std::string help) {
-    Input input;
-    input.kind = InputKind::positional;
-    input.field = std::move(field);
-    input.help = std::move(help);
-    return input;
+    return declared(InputKind::positional, std::move(field), std::move(help), false);
 }
 
 Input capturingList(std::string field, std::string help) {
-    Input input;
-    input.kind = InputKind::positional;
-    input.field = std::move(field);
-    input.help = std::move(help);
-    input.isOptional = true;
+    Input input = declared(InputKind::positional, std::move(field), std::move(help), true);
     input.isRepeating = true;
     input.strategy = ParsingStrategy::allUnrecognized;
     return input;
