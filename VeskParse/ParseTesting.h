@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <optional>
 #include <ostream>
+#include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -28,14 +30,11 @@ namespace ParseTesting {
 inline Calendar amsterdam() { return Calendar("Europe/Amsterdam", "en_US"); }
 
 inline DateComponents onDay(int64_t year, int64_t month, int64_t day) {
-    return DateResolver::makeDay(year, month, day);
+    return {year, month, day, std::nullopt, std::nullopt};
 }
 
 inline DateComponents at(int64_t year, int64_t month, int64_t day, int64_t hour, int64_t minute) {
-    auto components = onDay(year, month, day);
-    components.hour = hour;
-    components.minute = minute;
-    return components;
+    return {year, month, day, hour, minute};
 }
 
 // A moment on the wall clock of Amsterdam.
@@ -46,8 +45,24 @@ inline Date moment(int64_t year, int64_t month, int64_t day, int64_t hour, int64
 // The reference moment of every table: Wednesday 18 November 2026 at 10:00.
 inline Date wednesday(int64_t hour = 10, int64_t minute = 0) { return moment(2026, 11, 18, hour, minute); }
 
-inline Parser parser() { return Parser{amsterdam(), {}, NagSettings{}}; }
+inline Parser parser(std::vector<std::string> places = {"gym", "The Office"}, double nagInterval = 900) {
+    NagSettings settings;
+    settings.nagInterval = nagInterval;
+    return Parser{amsterdam(), std::move(places), settings};
+}
+
+inline ParseResult read(const std::string& sentence, Date now = wednesday()) { return parser().parse(sentence, now); }
 
 inline DateResolver resolver(Date now = wednesday()) { return DateResolver{amsterdam(), now}; }
+
+inline Recurrence rule(Recurrence::Frequency frequency, int64_t interval, std::vector<int64_t> weekdays = {},
+                       bool fromCompletion = false) {
+    return Recurrence{frequency, interval, std::move(weekdays), fromCompletion};
+}
+
+using F = Recurrence::Frequency;
+
+inline PlaceTrigger arrive(std::string place, double delay = 0) { return {PlaceTrigger::Edge::arrive, std::move(place), delay}; }
+inline PlaceTrigger leave(std::string place, double delay = 0) { return {PlaceTrigger::Edge::leave, std::move(place), delay}; }
 
 }  // namespace ParseTesting
