@@ -12,55 +12,27 @@ namespace {
 using namespace ArgumentParserToolInfo;
 using Testing::TestTree;
 
-TEST(Dump, DescribesTheTreeFromTheCommandReached) {
+// What the dump of vesk itself does not show.
+TEST(Dump, DescribesEachInput) {
     TestTree tree;
-    auto info = toolInfo({&tree.root, &tree.remote});
-    EXPECT_EQ(info.serializationVersion, 0);
-    const auto& remote = info.command;
-    EXPECT_EQ(remote.commandName, "remote");
-    EXPECT_EQ(remote.superCommands, std::vector<std::string>{"tool"});
-    EXPECT_EQ(remote.defaultSubcommand, "show");
+    auto remote = toolInfo({&tree.root, &tree.remote}).command;
     EXPECT_FALSE(remote.discussion.has_value());
-    ASSERT_TRUE(remote.subcommands.has_value());
-    ASSERT_EQ(remote.subcommands->size(), 2u);
-    const auto& add = remote.subcommands->at(1);
-    EXPECT_EQ(add.superCommands, (std::vector<std::string>{"tool", "remote"}));
-    ASSERT_TRUE(add.arguments.has_value());
-    ASSERT_EQ(add.arguments->size(), 3u);  // name, --url, and help
+    const auto& add = remote.subcommands.value().at(1);
+    ASSERT_EQ(add.arguments.value().size(), 3u);  // name, --url, and help
     const auto& name = add.arguments->at(0);
-    EXPECT_EQ(name.kind, ArgumentInfoV0::KindV0::positional);
     EXPECT_FALSE(name.isOptional);
     EXPECT_FALSE(name.names.has_value());
-    EXPECT_EQ(name.valueName, "name");
-    const auto& url = add.arguments->at(1);
-    EXPECT_EQ(url.kind, ArgumentInfoV0::KindV0::option);
-    EXPECT_TRUE(url.isOptional);
-    EXPECT_EQ(url.preferredName, (NameInfoV0{NameInfoV0::KindV0::longName, "url"}));
-    const auto& help = add.arguments->at(2);
-    EXPECT_EQ(help.names, (std::vector<NameInfoV0>{{NameInfoV0::KindV0::shortName, "h"},
-                                                   {NameInfoV0::KindV0::longName, "help"}}));
-}
-
-TEST(Dump, RootListsHelpAndVersionAndTheHelpCommand) {
-    TestTree tree;
-    auto root = toolInfo({&tree.root}).command;
-    EXPECT_FALSE(root.superCommands.has_value());
-    ASSERT_TRUE(root.subcommands.has_value());
-    EXPECT_EQ(root.subcommands->back().commandName, "help");
-    ASSERT_TRUE(root.arguments.has_value());
-    EXPECT_EQ(root.arguments->front().preferredName, (NameInfoV0{NameInfoV0::KindV0::longName, "version"}));
-    const auto& say = root.subcommands->front();
-    EXPECT_EQ(say.arguments->at(1).parsingStrategy, ArgumentInfoV0::ParsingStrategyV0::allUnrecognized);
-    EXPECT_TRUE(say.arguments->at(1).isRepeating);
+    EXPECT_TRUE(add.arguments->at(1).isOptional);
+    EXPECT_EQ(add.arguments->at(2).names, (std::vector<NameInfoV0>{{NameInfoV0::KindV0::shortName, "h"},
+                                                                   {NameInfoV0::KindV0::longName, "help"}}));
+    EXPECT_FALSE(toolInfo({&tree.root}).command.superCommands.has_value());
 }
 
 TEST(Dump, PrintedFormDecodesToTheSameRecords) {
     TestTree tree;
-    auto info = toolInfo({&tree.root});
     auto json = JsonText::parse(dumpText({&tree.root}));
     ASSERT_TRUE(json.has_value());
-    EXPECT_EQ(decodeToolInfo(JsonDecoder(*json)), info);
-    EXPECT_EQ(decodeToolInfoHeader(JsonDecoder(*json)).serializationVersion, 0);
+    EXPECT_EQ(decodeToolInfo(JsonDecoder(*json)), toolInfo({&tree.root}));
 }
 
 TEST(ToolInfo, EveryFieldRoundTrips) {

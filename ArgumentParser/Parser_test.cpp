@@ -39,13 +39,11 @@ std::string described(const TestTree& tree, const Reading& reading) {
     if (auto completion = std::get_if<CompletionRequest>(&reading))
         return "completion " + completion->shell.value_or("(from SHELL)");
     auto text = fullErrorText(tree.root, std::get<UsageFailure>(reading), 80);
-    return "error " + text.substr(0, text.find('\n'));
+    text = text.substr(0, text.find('\n'));
+    return text.starts_with("Error: ") ? "error " + text.substr(7) : "unprefixed " + text;
 }
 
-struct Case {
-    std::vector<std::string> arguments;
-    std::string expected;
-};
+struct Case { std::vector<std::string> arguments; std::string expected; };
 
 void check(const std::vector<Case>& cases) {
     TestTree tree;
@@ -58,71 +56,48 @@ void check(const std::vector<Case>& cases) {
 
 TEST(Parser, FindsTheCommandAndReadsItsInputs) {
     check({
-        {{}, "run tool say loud=false words=[]"},
-        {{"hello", "world"}, "run tool say loud=false words=[hello,world]"},
+        {{}, "run tool say loud=false words=[]"}, {{"hello", "world"}, "run tool say loud=false words=[hello,world]"},
         {{"count", "x"}, "run tool count ratio=0.5 target='x' verbose=false"},
         {{"count", "-v", "x", "--times", "3"}, "run tool count ratio=0.5 target='x' times=3 verbose=true"},
         {{"count", "--times=3", "--ratio", "2.5", "x"}, "run tool count ratio=2.5 target='x' times=3 verbose=false"},
         {{"count", "x", "--verbose", "--times=-4"}, "run tool count ratio=0.5 target='x' times=-4 verbose=true"},
         {{"count", "--times", "1", "--times", "2", "x"}, "run tool count ratio=0.5 target='x' times=2 verbose=false"},
-        {{"copy", "", "-"}, "run tool copy destination='-' source=''"},
-        {{"remote"}, "run tool remote show json=false"},
-        {{"remote", "--json"}, "run tool remote show json=true"},
-        {{"remote", "add", "origin", "--url", "x"}, "run tool remote add name='origin' url='x'"},
+        {{"remote"}, "run tool remote show json=false"}, {{"remote", "--json"}, "run tool remote show json=true"},
         {{"remote", "add", "--url=a=b", "origin"}, "run tool remote add name='origin' url='a=b'"},
-        {{"admin", "reset"}, "run tool admin reset"},
-        {{"sleep", "1e3"}, "run tool sleep seconds=1000"},
+        {{"admin", "reset"}, "run tool admin reset"}, {{"sleep", "1e3"}, "run tool sleep seconds=1000"},
+        {{"copy", "", "-"}, "run tool copy destination='-' source=''"},
         {{"exec", "--quiet", "ls", "-la", "--quiet"}, "run tool exec command=[ls,-la,--quiet] quiet=true"},
         {{"after", "--dry", "--", "b", "--dry"}, "run tool after dry=true rest=[b,--dry]"},
-    });
-}
-
-TEST(Parser, DefaultSubcommandTakesWhatNamesNoCommand) {
-    check({
         // Another case, an option before the word, or the terminator: no command is named.
         {{"Count", "x"}, "run tool say loud=false words=[Count,x]"},
-        {{"--loud", "count", "x"}, "run tool say loud=true words=[count,x]"},
         {{"--", "count"}, "run tool say loud=false words=[--,count]"},
+        {{"--loud", "count", "x"}, "run tool say loud=true words=[count,x]"},
         {{"-x", "count"}, "run tool say loud=false words=[-x,count]"},
-        {{"remote", "origin"}, "error Error: Unexpected argument 'origin'"},
-    });
-}
-
-TEST(Parser, CapturingListKeepsEverythingUnusedAsTyped) {
-    check({
+        {{"remote", "origin"}, "error Unexpected argument 'origin'"},
+        // A capturing list keeps everything unused as typed.
         {{"a", "--loud", "b"}, "run tool say loud=true words=[a,b]"},
         {{"a", "--", "--loud", "-h"}, "run tool say loud=false words=[a,--,--loud,-h]"},
-        {{"say", "--what", "-x=1", "---"}, "error Error: Invalid option: ---"},
-        {{"say", "--what", "-x=1", "--loud=", "b"}, "error Error: The option '--loud' does not take any value, but '' was specified."},
         {{"say", "--what", "-xy", "b"}, "run tool say loud=false words=[--what,-xy,b]"},
+        {{"say", "--what", "-x=1", "---"}, "error Invalid option: ---"},
+        {{"say", "--what", "-x=1", "--loud=", "b"},
+         "error The option '--loud' does not take any value, but '' was specified."},
     });
 }
 
+// Beside the screens the command line shows end to end.
 TEST(Parser, BuiltInRequests) {
     check({
-        {{"--help"}, "help tool"},
-        {{"-h"}, "help tool"},
-        {{"hello", "-h"}, "help tool say"},
         {{"hello", "--", "-h"}, "run tool say loud=false words=[hello,--,-h]"},
-        {{"count", "--help"}, "help tool count"},
         {{"count", "--times", "x", "-h"}, "help tool count"},
-        {{"remote", "--help"}, "help tool remote"},
         {{"remote", "--json", "--help"}, "help tool remote show"},
         // Help goes first; with two arguments left the root hands both to its default.
         {{"--help", "--version"}, "help tool say"},
-        {{"--version"}, "version 1.2.3"},
         {{"count", "x", "--version"}, "version 1.2.3"},
-        {{"hello", "--version"}, "version 1.2.3"},
-        {{"--experimental-dump-help"}, "dump tool"},
         {{"remote", "--experimental-dump-help"}, "dump tool remote"},
-        {{"--generate-completion-script", "bash"}, "completion bash"},
         {{"--generate-completion-script=zsh"}, "completion zsh"},
         {{"--generate-completion-script"}, "completion (from SHELL)"},
         {{"count", "--help", "--generate-completion-script", "fish"}, "completion fish"},
-        {{"help"}, "help tool"},
-        {{"help", "remote", "add"}, "help tool remote add"},
         {{"help", "remote", "nothing", "add"}, "help tool remote"},
-        {{"help", "remote", "-h"}, "help tool remote"},
         {{"help", "-help", "count"}, "help tool count"},
         {{"help", "help"}, "help tool help"},
         {{"help", "--version"}, "version 1.2.3"},
@@ -131,79 +106,35 @@ TEST(Parser, BuiltInRequests) {
 
 TEST(Parser, UsageErrors) {
     check({
-        {{"count"}, "error Error: Missing expected argument '<target>'"},
-        {{"copy", "a"}, "error Error: Missing expected argument '<destination>'"},
-        {{"count", "x", "--zzzzzz"}, "error Error: Unknown option '--zzzzzz'"},
-        {{"count", "x", "-q"}, "error Error: Unknown option '-q'"},
-        {{"count", "x", "-vq"}, "error Error: Unknown option '-q'"},
-        {{"count", "x", "-qz"}, "error Error: Unknown option '-qz'"},
-        {{"copy", "a", "b", "c"}, "error Error: Unexpected argument 'c'"},
-        {{"copy", "a", "b", "c", "d"}, "error Error: 2 unexpected arguments: 'c', 'd'"},
+        {{"count"}, "error Missing expected argument '<target>'"}, {{"count", "---x"}, "error Invalid option: ---x"},
+        {{"count", "x", "-vq"}, "error Unknown option '-q'"}, {{"count", "x", "-qz"}, "error Unknown option '-qz'"},
+        {{"copy", "a", "b", "c", "d"}, "error 2 unexpected arguments: 'c', 'd'"},
         {{"copy", "a", "b", "--"}, "run tool copy destination='b' source='a'"},
         {{"copy", "a", "--", "-b"}, "run tool copy destination='-b' source='a'"},
-        {{"remote", "add", "o", "--url"}, "error Error: Missing value for '--url <url>'"},
-        {{"remote", "add", "o", "--url", "--json"}, "error Error: Missing value for '--url <url>'"},
-        {{"count", "x", "--times", "-4"}, "error Error: Missing value for '--times <times>'"},
-        {{"remote", "add", "o", "--url", "--", "x"}, "error Error: Missing value for '--url <url>'"},
-        {{"count", "x", "--times", "three"}, "error Error: The value 'three' is invalid for '--times <times>'"},
-        {{"count", "x", "--times", "1.5"}, "error Error: The value '1.5' is invalid for '--times <times>'"},
-        {{"count", "x", "--ratio=abc"}, "error Error: The value 'abc' is invalid for '--ratio <ratio>'"},
-        {{"sleep", "soon"}, "error Error: The value 'soon' is invalid for '<seconds>'"},
-        {{"sleep", " 1"}, "error Error: The value ' 1' is invalid for '<seconds>'"},
-        {{"say", "--loud=yes"}, "error Error: The option '--loud' does not take any value, but 'yes' was specified."},
-        {{"---"}, "error Error: Invalid option: ---"},
-        {{"count", "---x"}, "error Error: Invalid option: ---x"},
-        {{"-=x"}, "error Error: Invalid option: -=x"},
-        {{"paint", "--red", "--blue"}, "error Error: Value to be set with --blue had already been set with --red"},
-        {{"paint", "--red", "--red"}, "error Error: Value to be set with --red had already been set with --red"},
-        {{"paint"}, "error Error: Missing one of: '--red', '--blue'"},
+        {{"remote", "add", "o", "--url", "--json"}, "error Missing value for '--url <url>'"},
+        {{"count", "x", "--times", "-4"}, "error Missing value for '--times <times>'"},
+        {{"count", "x", "--times", "1.5"}, "error The value '1.5' is invalid for '--times <times>'"},
+        {{"count", "x", "--ratio=abc"}, "error The value 'abc' is invalid for '--ratio <ratio>'"},
+        {{"paint", "--red", "--blue"}, "error Value to be set with --blue had already been set with --red"},
+        {{"paint", "--red", "--red"}, "error Value to be set with --red had already been set with --red"},
+        {{"paint"}, "error Missing one of: '--red', '--blue'"},
         {{"paint", "--blue"}, "run tool paint blue=true red=false"},
-        {{"admin"}, "error Error: Missing required subcommand."},
-        {{"help", "--nothing"}, "error Error: Unknown option '--nothing'"},
-    });
-}
-
-TEST(Parser, UnknownLongOptionNamesTheNearestKnownOne) {
-    check({
-        {{"count", "x", "--time"}, "error Error: Unknown option '--time'. Did you mean '--times'?"},
-        {{"count", "x", "--verbos"}, "error Error: Unknown option '--verbos'. Did you mean '--verbose'?"},
-        {{"count", "x", "--ratoi"}, "error Error: Unknown option '--ratoi'. Did you mean '--ratio'?"},
-        {{"count", "x", "-ratio"}, "error Error: Unknown option '-ratio'. Did you mean '--ratio'?"},
+        {{"sleep", " 1"}, "error The value ' 1' is invalid for '<seconds>'"},
+        // The nearest known long option is named, up to three edits away.
+        {{"count", "x", "--time"}, "error Unknown option '--time'. Did you mean '--times'?"},
+        {{"count", "x", "--ratoi"}, "error Unknown option '--ratoi'. Did you mean '--ratio'?"},
+        {{"count", "x", "--tim"}, "error Unknown option '--tim'. Did you mean '--times'?"},
+        {{"count", "x", "--t"}, "error Unknown option '--t'"}, {{"admin"}, "error Missing required subcommand."},
+        {{"remote", "show", "--jsn"}, "error Unknown option '--jsn'. Did you mean '--json'?"},
         // A known letter of a cluster is taken, and the first unknown one is named.
-        {{"count", "x", "-verbose"}, "error Error: Unknown option '-e'"},
-        // Three edits is still near, four is not.
-        {{"count", "x", "--tim"}, "error Error: Unknown option '--tim'. Did you mean '--times'?"},
-        {{"count", "x", "--t"}, "error Error: Unknown option '--t'"},
-        {{"remote", "show", "--jsn"}, "error Error: Unknown option '--jsn'. Did you mean '--json'?"},
+        {{"count", "x", "-verbose"}, "error Unknown option '-e'"},
     });
-}
-
-TEST(Parser, ErrorNamesThePathReached) {
-    TestTree tree;
-    auto reading = read(tree.root, {"remote", "add", "o", "--nope"});
-    ASSERT_TRUE(std::holds_alternative<UsageFailure>(reading));
-    EXPECT_EQ(fullErrorText(tree.root, std::get<UsageFailure>(reading), 80),
-              "Error: Unknown option '--nope'\n"
-              "Usage: tool remote add [--url <url>] <name>\n"
-              "  See 'tool remote add --help' for more information.");
-}
-
-TEST(Parser, MissingArgumentHasAHelpLine) {
-    TestTree tree;
-    auto reading = read(tree.root, {"count", "-v"});
-    ASSERT_TRUE(std::holds_alternative<UsageFailure>(reading));
-    EXPECT_EQ(fullErrorText(tree.root, std::get<UsageFailure>(reading), 80),
-              "Error: Missing expected argument '<target>'\n"
-              "Help:  <target>  What to count.\n"
-              "Usage: tool count [--verbose] [--times <times>] [--ratio <ratio>] <target>\n"
-              "  See 'tool count --help' for more information.");
 }
 
 TEST(Parser, DefaultSubcommandThatIsNoChildIsAnInvalidState) {
     Command stray, root;
     stray.typeName = "Stray";
     root.typeName = "Broken";
-    root.subcommands = {};
     root.defaultSubcommand = &stray;
     auto reading = read(root, {"x"});
     ASSERT_TRUE(std::holds_alternative<UsageFailure>(reading));
@@ -222,22 +153,14 @@ TEST(Parser, AnyCommandLineReadsWithoutEscaping) {
     TestTree tree;
     const std::vector<std::string> tokens{"", "-", "--", "---", "-h", "--help", "-vx", "--times", "--times=",
                                           "-=", "count", "remote", "add", "help", "x", "--url", "--loud=1", "é"};
-    size_t readings = 0;
     for (const auto& a : tokens)
         for (const auto& b : tokens)
-            for (const auto& c : tokens) {
-                EXPECT_NO_THROW(read(tree.root, {a, b, c})) << a << " " << b << " " << c;
-                ++readings;
-            }
-    EXPECT_EQ(readings, tokens.size() * tokens.size() * tokens.size());
+            for (const auto& c : tokens) EXPECT_NO_THROW(read(tree.root, {a, b, c})) << a << " " << b << " " << c;
 }
 
 TEST(Parser, ReadsNumbersLikeThePlatform) {
-    EXPECT_EQ(readDouble("2.5"), 2.5);
-    EXPECT_EQ(readDouble("+3"), 3.0);
-    EXPECT_EQ(readDouble("-1e2"), -100.0);
-    EXPECT_EQ(readDouble(".5"), 0.5);
-    EXPECT_EQ(readDouble("0x10"), 16.0);
+    for (auto [text, value] : {std::pair{"2.5", 2.5}, {"+3", 3.0}, {"-1e2", -100.0}, {".5", 0.5}, {"0x10", 16.0}})
+        EXPECT_EQ(readDouble(text), value) << text;
     EXPECT_TRUE(readDouble("inf").has_value());
     for (const char* bad : {"", " 1", "1 ", "1,5", "abc", "1e", "--1"}) EXPECT_FALSE(readDouble(bad)) << bad;
 }

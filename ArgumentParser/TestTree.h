@@ -28,8 +28,10 @@ struct TestTree {
     mutable std::vector<std::string> ran;
 
     TestTree() {
-        auto leaf = [this](Command& command, std::string typeName, std::string abstract, std::vector<Input> inputs) {
+        auto leaf = [this](Command& command, std::string typeName, std::string abstract, std::vector<Input> inputs,
+                           std::string commandName = "") {
             command.typeName = std::move(typeName);
+            command.configuration.commandName = std::move(commandName);
             command.configuration.abstract = std::move(abstract);
             command.inputs = std::move(inputs);
             command.run = [this, &command](const Values&) { ran.push_back(command.name()); };
@@ -41,22 +43,19 @@ struct TestTree {
         ratio.defaultValue = "0.5";
         leaf(count, "Count", "Count things.",
              {verbose, option("times", "How often.", ValueType::integer), ratio, argument("target", "What to count.")});
-        leaf(copy, "Copy", "Copy a file.",
-             {argument("source", "Where from."), argument("destination", "Where to.")});
+        leaf(copy, "Copy", "Copy a file.", {argument("source", "Where from."), argument("destination", "Where to.")});
         Input red = flag("red", "Red paint."), blue = flag("blue", "Blue paint.");
         red.group = blue.group = "color";
         red.isOptional = blue.isOptional = false;
         leaf(paint, "Paint", "Paint it.", {red, blue});
-        leaf(remoteShow, "RemoteShow", "Show the remotes.", {flag("json", "As JSON.")});
-        remoteShow.configuration.commandName = "show";
-        leaf(remoteAdd, "RemoteAdd", "Add a remote.", {argument("name", "Its name."), option("url", "Its address.")});
-        remoteAdd.configuration.commandName = "add";
+        leaf(remoteShow, "RemoteShow", "Show the remotes.", {flag("json", "As JSON.")}, "show");
+        leaf(remoteAdd, "RemoteAdd", "Add a remote.", {argument("name", "Its name."), option("url", "Its address.")},
+             "add");
         remote.typeName = "Remote";
         remote.configuration.abstract = "Manage remotes.";
         remote.subcommands = {&remoteShow, &remoteAdd};
         remote.defaultSubcommand = &remoteShow;
-        leaf(adminReset, "AdminReset", "Reset everything.", {});
-        adminReset.configuration.commandName = "reset";
+        leaf(adminReset, "AdminReset", "Reset everything.", {}, "reset");
         admin.typeName = "Admin";
         admin.configuration.abstract = "Administration.";
         admin.subcommands = {&adminReset};
