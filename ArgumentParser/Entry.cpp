@@ -10,6 +10,7 @@
 
 #include "ArgumentParser/Exit.h"
 #include "ArgumentParser/Parser.h"
+#include "Platform/Descriptor.h"
 #include "Platform/Text.h"
 
 namespace ArgumentParser {
@@ -19,16 +20,6 @@ namespace {
 std::optional<std::string> variable(const char* name) {
     const char* value = std::getenv(name);
     return value ? std::optional<std::string>(value) : std::nullopt;
-}
-
-void writeAll(int descriptor, const std::string& text) {
-    size_t written = 0;
-    while (written < text.size()) {
-        ssize_t n = ::write(descriptor, text.data() + written, text.size() - written);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return;
-        written += static_cast<size_t>(n);
-    }
 }
 
 }  // namespace
@@ -86,8 +77,8 @@ void main(const Command& root, int argc, char** argv) {
         outcome = std::get<Outcome>(parsed);
     // What the command printed itself goes out first.
     std::fflush(nullptr);
-    writeAll(STDOUT_FILENO, outcome.standardOutput);
-    writeAll(STDERR_FILENO, outcome.standardError);
+    Descriptor::writeAll(STDOUT_FILENO, outcome.standardOutput);
+    Descriptor::writeAll(STDERR_FILENO, outcome.standardError);
     std::exit(outcome.status);
 }
 

@@ -2,8 +2,9 @@
 
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
+
+#include "Platform/Descriptor.h"
 
 namespace Output {
 
@@ -15,13 +16,7 @@ void print(std::string_view text) {
 
 void writeError(std::string_view text) {
     std::fflush(stderr);
-    size_t written = 0;
-    while (written < text.size()) {
-        ssize_t n = ::write(STDERR_FILENO, text.data() + written, text.size() - written);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return;
-        written += static_cast<size_t>(n);
-    }
+    Descriptor::writeAll(STDERR_FILENO, text);
 }
 
 }  // namespace Output
