@@ -4,17 +4,11 @@ namespace ArgumentParser {
 
 namespace {
 
-std::string quoted(const std::string& word) {
-    std::string text = "'";
-    for (char c : word) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return text + "'";
-}
-
 std::string words(const std::vector<CompletionInput>& inputs, bool repeatingOnly = false) {
     std::string text;
     for (const auto& input : inputs) {
         if (repeatingOnly && !input.isRepeating) continue;
-        for (const auto& name : input.names) text += (text.empty() ? "" : " ") + quoted(name.synopsis());
+        for (const auto& name : input.names) text += (text.empty() ? "" : " ") + singleQuoted(name.synopsis());
     }
     return text;
 }
@@ -31,7 +25,7 @@ std::string describe(const std::vector<CompletionCommand>& commands, const std::
             "_subcommands=() " + prefix + "_default=\n";
     text += "    case \"$1\" in\n";
     for (const auto& command : commands) {
-        text += "    " + quoted(joined(command.path)) + ")\n";
+        text += "    " + singleQuoted(joined(command.path)) + ")\n";
         text += "        " + prefix + "_flags=(" + words(command.flags) + ")\n";
         if (!command.options.empty()) text += "        " + prefix + "_options=(" + words(command.options) + ")\n";
         std::vector<CompletionInput> all = command.flags;
@@ -40,11 +34,12 @@ std::string describe(const std::vector<CompletionCommand>& commands, const std::
             text += "        " + prefix + "_repeating=(" + repeating + ")\n";
         if (!command.subcommands.empty()) {
             std::string names;
-            for (const auto& [name, abstract] : command.subcommands) names += (names.empty() ? "" : " ") + quoted(name);
+            for (const auto& [name, abstract] : command.subcommands)
+                names += (names.empty() ? "" : " ") + singleQuoted(name);
             text += "        " + prefix + "_subcommands=(" + names + ")\n";
         }
         if (!command.defaultSubcommand.empty())
-            text += "        " + prefix + "_default=" + quoted(command.defaultSubcommand) + "\n";
+            text += "        " + prefix + "_default=" + singleQuoted(command.defaultSubcommand) + "\n";
         text += "        ;;\n";
     }
     text += "    esac\n}\n";
@@ -134,19 +129,7 @@ std::string bashScript(const Command& root) {
 
 complete -o filenames -F %F% %NAME%
 )";
-    std::string script;
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text.compare(i, 3, "%F%") == 0) {
-            script += prefix;
-            i += 2;
-        } else if (text.compare(i, 6, "%NAME%") == 0) {
-            script += quoted(name);
-            i += 5;
-        } else {
-            script += text[i];
-        }
-    }
-    return script;
+    return filledTemplate(text, prefix, singleQuoted(name));
 }
 
 }  // namespace ArgumentParser

@@ -83,4 +83,26 @@ std::string functionName(const std::vector<std::string>& path) {
     return name;
 }
 
+std::string singleQuoted(const std::string& word) {
+    std::string text = "'";
+    for (char c : word) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return text + "'";
+}
+
+std::string filledTemplate(std::string_view text, const std::string& function, const std::string& program) {
+    std::string script;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text.compare(i, 3, "%F%") == 0) {
+            script += function;
+            i += 2;
+        } else if (text.compare(i, 6, "%NAME%") == 0) {
+            script += program;
+            i += 5;
+        } else {
+            script += text[i];
+        }
+    }
+    return script;
+}
+
 }  // namespace ArgumentParser

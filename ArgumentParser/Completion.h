@@ -45,4 +45,11 @@ std::string completionScript(const Command& root, Shell shell);
 // A name fit for a shell function: letters, digits and underscores.
 std::string functionName(const std::vector<std::string>& path);
 
+// `word` in single quotes as bash and zsh read them.
+std::string singleQuoted(const std::string& word);
+
+// A script template with "%F%" replaced by the function prefix and "%NAME%" by the
+// program's name as the shell should read it.
+std::string filledTemplate(std::string_view text, const std::string& function, const std::string& program);
+
 }  // namespace ArgumentParser

@@ -160,19 +160,7 @@ end
 
 complete -c %NAME% -f
 )";
-    std::string expanded;
-    for (size_t i = 0; i < walk.size(); ++i) {
-        if (walk.compare(i, 3, "%F%") == 0) {
-            expanded += prefix;
-            i += 2;
-        } else if (walk.compare(i, 6, "%NAME%") == 0) {
-            expanded += quoted(program);
-            i += 5;
-        } else {
-            expanded += walk[i];
-        }
-    }
-    text += expanded;
+    text += filledTemplate(walk, prefix, quoted(program));
     for (const auto& command : commands) {
         text += "\n";
         for (const auto& input : command.flags) text += registration(program, prefix, command, input, false);

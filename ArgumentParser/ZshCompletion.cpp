@@ -4,12 +4,6 @@ namespace ArgumentParser {
 
 namespace {
 
-std::string quoted(const std::string& word) {
-    std::string text = "'";
-    for (char c : word) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return text + "'";
-}
-
 // A description inside the brackets of an option's entry.
 std::string bracketed(const std::string& help) {
     std::string text;
@@ -45,15 +39,15 @@ std::vector<std::string> entries(const CompletionInput& input, bool takesValue) 
         if (takesValue && name.kind == Name::Kind::longName) entry += "=";
         entry += bracketed(input.help);
         if (takesValue) entry += ":" + escapedColons(input.valueName) + ": ";
-        result.push_back(quoted(entry));
+        result.push_back(singleQuoted(entry));
     }
     return result;
 }
 
 std::string positional(const CompletionInput& input) {
     std::string name = escapedColons(input.valueName);
-    if (input.isRepeating) return quoted("*:" + name + ": ");
-    return quoted((input.isOptional ? "::" : ":") + name + ": ");
+    if (input.isRepeating) return singleQuoted("*:" + name + ": ");
+    return singleQuoted((input.isOptional ? "::" : ":") + name + ": ");
 }
 
 std::string commandFunction(const CompletionCommand& command) {
@@ -88,7 +82,7 @@ std::string commandFunction(const CompletionCommand& command) {
     text += "        local -a subcommands\n";
     text += "        subcommands=(\n";
     for (const auto& [name, abstract] : command.subcommands)
-        text += "            " + quoted(escapedColons(name) + ":" + abstract) + "\n";
+        text += "            " + singleQuoted(escapedColons(name) + ":" + abstract) + "\n";
     text += "        )\n";
     text += "        _describe -V subcommand subcommands\n";
     text += "        ;;\n";
@@ -97,13 +91,13 @@ std::string commandFunction(const CompletionCommand& command) {
     for (const auto& [name, abstract] : command.subcommands) {
         auto path = command.path;
         path.push_back(name);
-        text += "        (" + quoted(name) + ") " + functionName(path) + " ;;\n";
+        text += "        (" + singleQuoted(name) + ") " + functionName(path) + " ;;\n";
     }
     if (!command.defaultSubcommand.empty()) {
         // Words that name no subcommand belong to the default one.
         auto path = command.path;
         path.push_back(command.defaultSubcommand);
-        text += "        (*) words=(" + quoted(command.defaultSubcommand) + " \"${words[@]}\"); (( CURRENT++ )); " +
+        text += "        (*) words=(" + singleQuoted(command.defaultSubcommand) + " \"${words[@]}\"); (( CURRENT++ )); " +
                 functionName(path) + " ;;\n";
     }
     text += "        esac\n";
@@ -126,7 +120,7 @@ std::string zshScript(const Command& root) {
     text += "if [[ \"${funcstack[1]}\" == " + function + " ]]; then\n";
     text += "    " + function + " \"$@\"\n";
     text += "else\n";
-    text += "    compdef " + function + " " + quoted(name) + "\n";
+    text += "    compdef " + function + " " + singleQuoted(name) + "\n";
     text += "fi\n";
     return text;
 }
