@@ -30,9 +30,9 @@ TEST(Dump, DescribesEachInput) {
 
 TEST(Dump, PrintedFormDecodesToTheSameRecords) {
     TestTree tree;
-    auto json = JsonText::parse(dumpText({&tree.root}));
-    ASSERT_TRUE(json.has_value());
-    EXPECT_EQ(decodeToolInfo(JsonDecoder(*json)), toolInfo({&tree.root}));
+    auto document = JsonDocument::parse(dumpText({&tree.root}));
+    ASSERT_TRUE(document.has_value());
+    EXPECT_EQ(decodeToolInfo(JsonDecoder(*document)), toolInfo({&tree.root}));
 }
 
 TEST(ToolInfo, EveryFieldRoundTrips) {
@@ -56,7 +56,8 @@ TEST(ToolInfo, EveryFieldRoundTrips) {
         argument.completionKind = kind;
         command.arguments = std::vector<ArgumentInfoV0>{argument};
         ToolInfoV0 info{0, command};
-        EXPECT_EQ(decodeToolInfo(JsonDecoder(toJson(info))), info);
+        auto document = JsonDocument::parse(JsonText::compact(toJson(info)).value());
+        EXPECT_EQ(decodeToolInfo(JsonDecoder(document.value())), info);
     }
     EXPECT_EQ(toJson(CompletionKindV0{CompletionKindV0::ShellCommand{"ls"}}).dump(),
               R"({"shellCommand":{"command":"ls"}})");
@@ -64,14 +65,14 @@ TEST(ToolInfo, EveryFieldRoundTrips) {
 }
 
 TEST(ToolInfo, DecodingRefusesUnknownKindsAndIgnoresUnknownKeys) {
-    auto json = JsonText::parse(R"({"serializationVersion":0,"extra":1,
-        "command":{"commandName":"c","shouldDisplay":true,"superCommands":null,
-        "arguments":[{"kind":"weird","shouldDisplay":true,"isOptional":true,"isRepeating":false,
-                      "parsingStrategy":"default"}]}})");
-    ASSERT_TRUE(json.has_value());
-    EXPECT_THROW(decodeToolInfo(JsonDecoder(*json)), DecodeError);
-    (*json)["command"]["arguments"][0]["kind"] = "flag";
-    auto info = decodeToolInfo(JsonDecoder(*json));
+    auto withKind = [](const std::string& kind) {
+        return JsonDocument::parse(R"({"serializationVersion":0,"extra":1,
+            "command":{"commandName":"c","shouldDisplay":true,"superCommands":null,
+            "arguments":[{"kind":")" + kind + R"(","shouldDisplay":true,"isOptional":true,"isRepeating":false,
+                          "parsingStrategy":"default"}]}})").value();
+    };
+    EXPECT_THROW(decodeToolInfo(JsonDecoder(withKind("weird"))), DecodeError);
+    auto info = decodeToolInfo(JsonDecoder(withKind("flag")));
     EXPECT_EQ(info.command.arguments->front().kind, ArgumentInfoV0::KindV0::flag);
     EXPECT_FALSE(info.command.superCommands.has_value());
 }

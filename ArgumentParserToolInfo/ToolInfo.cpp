@@ -190,8 +190,7 @@ ArgumentInfoV0 decodeArgumentInfo(const JsonDecoder& decoder) {
     if (auto descriptions = decoder.optional("allValueDescriptions")) {
         descriptions->requireObject();
         std::map<std::string, std::string> map;
-        for (const auto& [key, value] : descriptions->json().items())
-            map[key] = JsonDecoder(value, descriptions->codingPath() + "." + key).string();
+        for (const auto& [key, value] : descriptions->members()) map[key] = value.string();
         argument.allValueDescriptions = map;
     }
     if (auto completion = decoder.optional("completionKind")) argument.completionKind = decodeCompletionKind(*completion);

@@ -111,12 +111,6 @@ bool write(std::string& out, const Json& value, int indent) {
 
 namespace JsonText {
 
-std::optional<Json> parse(std::string_view text) {
-    Json value = Json::parse(text.begin(), text.end(), nullptr, false);
-    if (value.is_discarded()) return std::nullopt;
-    return value;
-}
-
 std::optional<std::string> compact(const Json& value) {
     std::string out;
     if (!write(out, value, -1)) return std::nullopt;

@@ -2,17 +2,13 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include <nlohmann/json_fwd.hpp>
 
 using Json = nlohmann::json;
 
-// Reading JSON with nlohmann/json, and writing it in exactly our two layouts.
+// Writing JSON in exactly our two layouts. Reading goes through JsonDocument.
 namespace JsonText {
-
-// Absent on any syntax error or invalid UTF-8. Never throws.
-std::optional<Json> parse(std::string_view text);
 
 // The wire form: no blanks at all. Keys in the order of the value (sorted).
 // Absent when a number is not finite. Slashes are not escaped, non-ASCII is written as is.

@@ -6,9 +6,10 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
+#include "Platform/JsonDocument.h"
 
 // A failed decode: what went wrong and where, as a coding path like "reminders[0].style".
 struct DecodeError : std::runtime_error {
@@ -17,14 +18,15 @@ struct DecodeError : std::runtime_error {
     std::string codingPath;
 };
 
-// A position in a JSON document being decoded, with its coding path for errors.
-// Every accessor throws DecodeError on a missing key or a value of the wrong type.
+// A position in a JSON document being decoded. Every accessor throws DecodeError on a
+// missing key or a value of the wrong type; the coding path is spelled out only then.
+// The document must outlive every decoder on it.
 class JsonDecoder {
 public:
-    explicit JsonDecoder(const nlohmann::json& value, std::string codingPath = "");
+    explicit JsonDecoder(const JsonDocument& document) : document_(&document), index_(document.root()) {}
 
-    const nlohmann::json& json() const { return *value_; }
-    const std::string& codingPath() const { return path_; }
+    // Where this value sits, as "reminders[0].style"; empty at the root.
+    std::string codingPath() const;
 
     bool isNull() const;
     // Fails unless this is an object.
@@ -34,12 +36,15 @@ public:
     JsonDecoder operator[](std::string_view key) const;
     // An optional key: absent and null both give nothing.
     std::optional<JsonDecoder> optional(std::string_view key) const;
+    // Whether the object has `key` at all, null included.
+    bool contains(std::string_view key) const;
 
     std::string string() const;
     bool boolean() const;
     double number() const;       // any JSON number
     int64_t integer() const;     // a number with an integral value that fits 64 bits
     std::vector<JsonDecoder> elements() const;  // fails unless an array
+    std::vector<std::pair<std::string, JsonDecoder>> members() const;  // fails unless an object
 
     // Of the object's keys, the one that is among `cases`. Zero or several fail with
     // "Invalid number of keys found, expected one." Keys that name no case don't count.
@@ -48,6 +53,10 @@ public:
     [[noreturn]] void fail(const std::string& description) const;
 
 private:
-    const nlohmann::json* value_;
-    std::string path_;
+    JsonDecoder(const JsonDocument* document, JsonDocument::Index index) : document_(document), index_(index) {}
+    const JsonDocument::Value& value() const { return (*document_)[index_]; }
+    std::optional<JsonDocument::Index> member(std::string_view key) const;
+
+    const JsonDocument* document_;
+    JsonDocument::Index index_;
 };

@@ -103,7 +103,7 @@ Response send(const Request& request, bool json) {
     }
     auto& response = std::get<Response>(result);
     if (response.error) fail(*response.error, json);
-    return response;
+    return std::move(response);
 }
 
 void fail(const WireError& error, bool json) {

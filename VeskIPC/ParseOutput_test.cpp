@@ -10,7 +10,7 @@ namespace {
 std::string text(const ParseOutput& output) { return JsonText::compact(output.toJson()).value(); }
 
 ParseOutput decoded(std::string_view document) {
-    return ParseOutput::fromJson(JsonDecoder(JsonText::parse(document).value()));
+    return ParseOutput::fromJson(JsonDecoder(JsonDocument::parse(document).value()));
 }
 
 ParseOutput output(Capture capture, std::vector<std::string> unresolved = {}, bool readByModel = false) {

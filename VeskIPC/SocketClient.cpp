@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 namespace SocketClient {
 
@@ -47,7 +48,7 @@ SocketResult<Response> send(const Request& request, const std::string& path, dou
 
     auto response = answer.empty() ? std::nullopt : decodeResponse(answer);
     if (!response) return SocketError::noResponse();
-    return *response;
+    return std::move(*response);
 }
 
 }  // namespace SocketClient

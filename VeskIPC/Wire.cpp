@@ -27,17 +27,19 @@ Json arrayJson(const std::vector<T>& items) {
 
 template <class T>
 std::vector<T> arrayFromJson(const JsonDecoder& json) {
+    auto elements = json.elements();
     std::vector<T> items;
-    for (const JsonDecoder& element : json.elements()) items.push_back(T::fromJson(element));
+    items.reserve(elements.size());
+    for (const JsonDecoder& element : elements) items.push_back(T::fromJson(element));
     return items;
 }
 
 template <class T>
 std::optional<T> decode(std::string_view bytes) {
-    const auto json = JsonText::parse(bytes);
-    if (!json) return std::nullopt;
+    const auto document = JsonDocument::parse(bytes);
+    if (!document) return std::nullopt;
     try {
-        return T::fromJson(JsonDecoder(*json));
+        return T::fromJson(JsonDecoder(*document));
     } catch (const std::exception&) {
         return std::nullopt;
     }

@@ -223,7 +223,7 @@ NagSettings NagSettings::fromJson(const JsonDecoder& json) {
     if (auto value = json.optional("stagger")) settings.stagger = value->number();
     if (auto value = json.optional("nightWindow")) {
         settings.nightWindow = NightWindow::fromJson(*value);
-    } else if (json.json().contains("nightWindow")) {
+    } else if (json.contains("nightWindow")) {
         settings.nightWindow.reset();
     }
     if (auto value = json.optional("escalation")) settings.escalation = EscalationLadder::fromJson(*value);

@@ -12,7 +12,7 @@ namespace {
 std::string text(const Json& json) { return JsonText::compact(json).value(); }
 
 NagSettings decoded(std::string_view document) {
-    return NagSettings::fromJson(JsonDecoder(JsonText::parse(document).value()));
+    return NagSettings::fromJson(JsonDecoder(JsonDocument::parse(document).value()));
 }
 
 const NightWindow defaultNight{{22, 0}, {7, 0}};

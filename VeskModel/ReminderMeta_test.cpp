@@ -10,7 +10,7 @@ namespace {
 std::string text(const Json& json) { return JsonText::compact(json).value(); }
 
 template <class T>
-T decoded(std::string_view document) { return T::fromJson(JsonDecoder(JsonText::parse(document).value())); }
+T decoded(std::string_view document) { return T::fromJson(JsonDecoder(JsonDocument::parse(document).value())); }
 
 }  // namespace
 

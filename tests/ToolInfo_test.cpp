@@ -17,14 +17,14 @@ ToolInfoV0 dumped(const std::vector<std::string>& arguments) {
     auto result = runVesk(arguments);
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.err, "");
-    auto json = JsonText::parse(result.out);
-    if (!json) {
+    auto document = JsonDocument::parse(result.out);
+    if (!document) {
         ADD_FAILURE() << "not JSON: " << result.out;
         return {};
     }
-    EXPECT_EQ(result.out, JsonText::pretty(*json).value() + "\n");
-    EXPECT_EQ(decodeToolInfoHeader(JsonDecoder(*json)).serializationVersion, 0);
-    return decodeToolInfo(JsonDecoder(*json));
+    EXPECT_EQ(result.out, JsonText::pretty(Json::parse(result.out)).value() + "\n");
+    EXPECT_EQ(decodeToolInfoHeader(JsonDecoder(*document)).serializationVersion, 0);
+    return decodeToolInfo(JsonDecoder(*document));
 }
 
 std::vector<std::string> names(const std::vector<CommandInfoV0>& commands) {
