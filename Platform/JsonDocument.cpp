@@ -1,5 +1,7 @@
 #include "Platform/JsonDocument.h"
 
+#include <unordered_map>
+
 #include <nlohmann/json.hpp>
 
 using Index = JsonDocument::Index;
@@ -12,10 +14,13 @@ using Value = JsonDocument::Value;
 struct JsonDocumentBuilder {
     using json = nlohmann::json;
 
+    explicit JsonDocumentBuilder(JsonDocument& document) : document(document) {}
+
     JsonDocument& document;
     std::vector<Value> pending;
     std::vector<size_t> opened;  // where in `pending` the members of each open container begin
     JsonDocument::Span pendingKey{};
+    std::unordered_map<std::string, JsonDocument::Span> keys;  // each key text is stored once
 
     bool fits(size_t size) const { return size < JsonDocument::none; }
 
@@ -70,10 +75,15 @@ struct JsonDocumentBuilder {
     bool binary(json::binary_t&) { return false; }
 
     bool key(json::string_t& text) {
+        if (auto known = keys.find(text); known != keys.end()) {
+            pendingKey = known->second;
+            return true;
+        }
         auto& buffer = document.buffer_;
         if (!fits(buffer.size() + text.size())) return false;
         pendingKey = {static_cast<uint32_t>(buffer.size()), static_cast<uint32_t>(text.size())};
         buffer += text;
+        keys.emplace(text, pendingKey);
         return true;
     }
 
@@ -122,10 +132,11 @@ struct JsonDocumentBuilder {
 std::optional<JsonDocument> JsonDocument::parse(std::string_view text) {
     if (text.size() >= none) return std::nullopt;
     JsonDocument document;
-    // Room for every string, and for one value in eight bytes: pages not written are never touched.
-    document.buffer_.reserve(text.size());
-    document.values_.reserve(text.size() / 8 + 1);
-    JsonDocumentBuilder builder{document, {}, {}};
+    // Room for what records of short strings take: their strings fill half the text, and
+    // there is a value to every 16 bytes of it. More grows as usual.
+    document.buffer_.reserve(text.size() / 2);
+    document.values_.reserve(text.size() / 16 + 1);
+    JsonDocumentBuilder builder(document);
     try {
         if (!nlohmann::json::sax_parse(text.begin(), text.end(), &builder)) return std::nullopt;
     } catch (const std::exception&) {

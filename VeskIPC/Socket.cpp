@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Platform/Heap.h"
+
 namespace VeskSocket {
 
 namespace {
@@ -71,6 +73,12 @@ std::string readAll(int descriptor) {
     for (;;) {
         ssize_t count = read(descriptor, buffer, sizeof buffer);
         if (count > 0) {
+            size_t needed = result.size() + static_cast<size_t>(count);
+            if (needed > result.capacity()) {
+                size_t capacity = std::max(needed, 2 * result.capacity());
+                Heap::prepare(capacity);
+                result.reserve(capacity);
+            }
             result.append(buffer, static_cast<size_t>(count));
         } else if (count < 0 && errno == EINTR) {
             continue;

@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "Platform/Heap.h"
+
 namespace SocketClient {
 
 SocketResult<int> connect(const std::string& path) {
@@ -46,6 +48,8 @@ SocketResult<Response> send(const Request& request, const std::string& path, dou
     std::string answer = VeskSocket::readAll(descriptor);
     close(descriptor);
 
+    // Decoding takes several times the answer's size: the document, then the records.
+    Heap::prepare(answer.size() * 3);
     auto response = answer.empty() ? std::nullopt : decodeResponse(answer);
     if (!response) return SocketError::noResponse();
     return std::move(*response);
