@@ -14,6 +14,7 @@
 #include <variant>
 #include <vector>
 
+#include "Platform/Heap.h"
 #include "VeskCLI/Output.h"
 #include "VeskCLI/Render.h"
 #include "VeskIPC/Socket.h"
@@ -84,6 +85,9 @@ SocketResult<Response> deliver(const Request& request, const std::string& path) 
 }  // namespace
 
 Response send(const Request& request, bool json) {
+    // The command ends with this exchange: memory it frees from here on serves its own
+    // next allocations, and the pages for a large answer are mapped in one go.
+    Heap::keepFreedMemory();
     std::string path = VeskSocket::defaultPath();
     for (const auto& candidate : VeskSocket::candidatePaths()) {
         if (SocketClient::isListening(candidate)) {

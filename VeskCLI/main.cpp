@@ -1,8 +1,4 @@
 #include "ArgumentParser/Entry.h"
-#include "Platform/Heap.h"
 #include "VeskCLI/Tree.h"
 
-int main(int argc, char** argv) {
-    Heap::keepFreedMemory();
-    ArgumentParser::main(veskRoot(), argc, argv);
-}
+int main(int argc, char** argv) { ArgumentParser::main(veskRoot(), argc, argv); }
