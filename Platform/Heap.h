@@ -8,7 +8,7 @@
 namespace Heap {
 
 // Freed memory stays in the process for the allocations that follow, instead of going
-// back to the system and coming back page by page. Call once the rest of the process is known to be short.
+// back to the system and coming back page by page. For a process about to end anyway.
 void keepFreedMemory();
 
 // Maps the pages for the next `bytes` of allocations in one call, several times cheaper
