@@ -65,14 +65,13 @@ std::string commandFunction(const CompletionCommand& command) {
         for (const auto& entry : entries(input, false)) text += "        " + entry + "\n";
     for (const auto& input : command.options)
         for (const auto& entry : entries(input, true)) text += "        " + entry + "\n";
+    for (const auto& input : command.positionals) text += "        " + positional(input) + "\n";
     if (command.subcommands.empty()) {
-        for (const auto& input : command.positionals) text += "        " + positional(input) + "\n";
         text += "    )\n";
         text += "    _arguments -S : \"${args[@]}\"\n";
         text += "}\n";
         return text;
     }
-    for (const auto& input : command.positionals) text += "        " + positional(input) + "\n";
     text += "        '(-): :->command'\n";
     text += "        '(-)*:: :->arg'\n";
     text += "    )\n";

@@ -59,48 +59,27 @@ bool write(std::string& out, const Json& value, int indent) {
         case Json::value_t::number_unsigned: out += std::to_string(value.get<uint64_t>()); return true;
         case Json::value_t::number_float: return writeDouble(out, value.get<double>());
         case Json::value_t::string: writeString(out, value.get_ref<const std::string&>()); return true;
-        case Json::value_t::array: {
-            out += '[';
-            if (value.empty()) {
-                if (pretty) {
-                    out += '\n';
-                    newline(indent);
-                }
-                out += ']';
-                return true;
-            }
-            bool first = true;
-            for (const auto& element : value) {
-                if (!first) out += ',';
-                first = false;
-                if (pretty) newline(indent + 2);
-                if (!write(out, element, pretty ? indent + 2 : -1)) return false;
-            }
-            if (pretty) newline(indent);
-            out += ']';
-            return true;
-        }
+        case Json::value_t::array:
         case Json::value_t::object: {
-            out += '{';
-            if (value.empty()) {
-                if (pretty) {
-                    out += '\n';
-                    newline(indent);
-                }
-                out += '}';
-                return true;
+            bool object = value.is_object();
+            out += object ? '{' : '[';
+            if (value.empty() && pretty) {
+                out += '\n';
+                newline(indent);
             }
             bool first = true;
-            for (const auto& [key, member] : value.items()) {
+            for (auto member = value.begin(); member != value.end(); ++member) {
                 if (!first) out += ',';
                 first = false;
                 if (pretty) newline(indent + 2);
-                writeString(out, key);
-                out += pretty ? " : " : ":";
-                if (!write(out, member, pretty ? indent + 2 : -1)) return false;
+                if (object) {
+                    writeString(out, member.key());
+                    out += pretty ? " : " : ":";
+                }
+                if (!write(out, member.value(), pretty ? indent + 2 : -1)) return false;
             }
-            if (pretty) newline(indent);
-            out += '}';
+            if (pretty && !value.empty()) newline(indent);
+            out += object ? '}' : ']';
             return true;
         }
         default: return false;

@@ -49,6 +49,7 @@ public:
     std::optional<Index> member(Index object, std::string_view key) const;
 
 private:
+    JsonDocument() = default;  // only `parse` makes one: a document always has its root
     friend struct JsonDocumentBuilder;
     std::vector<Value> values_;
     std::string buffer_;
