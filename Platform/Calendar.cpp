@@ -1,13 +1,17 @@
 #include "Platform/Calendar.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
+#include <unicode/basictz.h>
 #include <unicode/gregocal.h>
 #include <unicode/locid.h>
 #include <unicode/timezone.h>
 
 namespace {
+
+constexpr double millisPerDay = 86400000;
 
 UDate toUDate(Date date) { return (date.seconds + Date::unixEpochOffset) * 1000.0; }
 Date fromUDate(UDate udate) { return Date{udate / 1000.0 - Date::unixEpochOffset}; }
@@ -30,6 +34,34 @@ bool fitsInt32(int64_t value) {
     return value >= std::numeric_limits<int32_t>::min() && value <= std::numeric_limits<int32_t>::max();
 }
 
+int64_t floorDiv(int64_t a, int64_t b) { return a / b - (a % b != 0 && (a < 0) != (b < 0)); }
+
+// Days from 1970-01-01 to a date of the proleptic Gregorian calendar, and back.
+int64_t daysFromCivil(int64_t year, int64_t month, int64_t day) {
+    year -= month <= 2;
+    int64_t era = floorDiv(year, 400);
+    int64_t yearOfEra = year - era * 400;
+    int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
+    int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
+    return era * 146097 + dayOfEra - 719468;
+}
+
+DateComponents civilFromDays(int64_t days) {
+    days += 719468;
+    int64_t era = floorDiv(days, 146097);
+    int64_t dayOfEra = days - era * 146097;
+    int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    int64_t shifted = (5 * dayOfYear + 2) / 153;
+    int64_t day = dayOfYear - (153 * shifted + 2) / 5 + 1;
+    int64_t month = shifted < 10 ? shifted + 3 : shifted - 9;
+    return {yearOfEra + era * 400 + (month <= 2), month, day, {}, {}};
+}
+
+// The Julian calendar reigns before October 1582; the arithmetic here is Gregorian only.
+const int64_t firstFastDay = daysFromCivil(1583, 1, 1);
+const int64_t lastFastDay = daysFromCivil(9999, 12, 31);
+
 // The locale id of a POSIX locale name such as "en_US.UTF-8" or "de_DE@euro".
 std::string localeFromEnvironment() {
     for (const char* name : {"LC_ALL", "LC_TIME", "LANG"}) {
@@ -43,6 +75,10 @@ std::string localeFromEnvironment() {
     return "en_US_POSIX";
 }
 
+const icu::BasicTimeZone* basicZone(const icu::Calendar& calendar) {
+    return dynamic_cast<const icu::BasicTimeZone*>(&calendar.getTimeZone());
+}
+
 }  // namespace
 
 Calendar::Calendar(const std::string& timeZone, const std::string& locale) : locale_(locale) {
@@ -54,24 +90,35 @@ Calendar::Calendar(const std::string& timeZone, const std::string& locale) : loc
         calendar_.reset(new icu::GregorianCalendar(icu::TimeZone::getGMT()->clone(), icu::Locale::getRoot(), status));
     }
     calendar_->setLenient(true);
-    // A wall time that happens twice means its first occurrence; one that a clock change
-    // skips moves forward by the length of the gap.
     calendar_->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
     calendar_->setSkippedWallTimeOption(UCAL_WALLTIME_LAST);
+    zone_ = basicZone(*calendar_);
 }
 
-Calendar::Calendar(const Calendar& other) : calendar_(other.calendar_->clone()), locale_(other.locale_) {}
+Calendar::Calendar(const Calendar& other) : locale_(other.locale_) {
+    std::lock_guard guard(other.lock_);
+    calendar_.reset(other.calendar_->clone());
+    zone_ = basicZone(*calendar_);
+}
 
 Calendar& Calendar::operator=(const Calendar& other) {
     if (this != &other) {
-        calendar_.reset(other.calendar_->clone());
-        locale_ = other.locale_;
+        Calendar copy(other);
+        *this = std::move(copy);
     }
     return *this;
 }
 
-Calendar::Calendar(Calendar&&) noexcept = default;
-Calendar& Calendar::operator=(Calendar&&) noexcept = default;
+Calendar::Calendar(Calendar&& other) noexcept
+    : calendar_(std::move(other.calendar_)), zone_(other.zone_), locale_(std::move(other.locale_)) {}
+
+Calendar& Calendar::operator=(Calendar&& other) noexcept {
+    calendar_ = std::move(other.calendar_);
+    zone_ = other.zone_;
+    locale_ = std::move(other.locale_);
+    return *this;
+}
+
 Calendar::~Calendar() = default;
 
 Calendar Calendar::current() {
@@ -95,7 +142,42 @@ std::string Calendar::localeId() const { return locale_; }
 
 int Calendar::firstWeekday() const { return calendar_->getFirstDayOfWeek(); }
 
+std::optional<Calendar::Wall> Calendar::wall(Date date) const {
+    if (!zone_ || !std::isfinite(date.seconds)) return std::nullopt;
+    UDate udate = toUDate(date);
+    int32_t raw = 0, dst = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    zone_->getOffset(udate, false, raw, dst, status);
+    if (U_FAILURE(status)) return std::nullopt;
+    double local = udate + raw + dst;
+    double day = std::floor(local / millisPerDay);
+    if (day < firstFastDay || day > lastFastDay) return std::nullopt;
+    return Wall{static_cast<int64_t>(day), local - day * millisPerDay};
+}
+
+std::optional<Date> Calendar::fromWall(double wallMillisecond, bool nextValidInGap) const {
+    if (!zone_) return std::nullopt;
+    double day = std::floor(wallMillisecond / millisPerDay);
+    if (day < firstFastDay || day > lastFastDay) return std::nullopt;
+    int32_t raw = 0, dst = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    // The offset from before a transition: a skipped wall time moves forward by the gap,
+    // a repeated one is its first occurrence.
+    zone_->getOffsetFromLocal(wallMillisecond, UCAL_TZ_LOCAL_FORMER, UCAL_TZ_LOCAL_FORMER, raw, dst, status);
+    if (U_FAILURE(status)) return std::nullopt;
+    Date date = fromUDate(wallMillisecond - raw - dst);
+    if (nextValidInGap) {
+        auto back = wall(date);
+        // In a gap: the first moment after it is where the transition lies; ICU finds it.
+        if (!back || std::fabs(back->day * millisPerDay + back->millisecond - wallMillisecond) > 0.5) return std::nullopt;
+    }
+    return date;
+}
+
 Date Calendar::startOfDay(Date date) const {
+    if (auto w = wall(date))
+        if (auto start = fromWall(w->day * millisPerDay, true)) return *start;
+    std::lock_guard guard(lock_);
     UErrorCode status = U_ZERO_ERROR;
     calendar_->setTime(toUDate(date), status);
     // Where midnight falls in a gap, the day starts at the first moment after it.
@@ -111,6 +193,7 @@ Date Calendar::startOfDay(Date date) const {
 
 std::optional<Date> Calendar::adding(CalendarComponent component, int64_t value, Date date) const {
     if (!fitsInt32(value)) return std::nullopt;
+    std::lock_guard guard(lock_);
     UErrorCode status = U_ZERO_ERROR;
     calendar_->setTime(toUDate(date), status);
     calendar_->add(field(component), static_cast<int32_t>(value), status);
@@ -120,6 +203,14 @@ std::optional<Date> Calendar::adding(CalendarComponent component, int64_t value,
 }
 
 DateComponents Calendar::components(Date date) const {
+    if (auto w = wall(date)) {
+        DateComponents components = civilFromDays(w->day);
+        auto minutes = static_cast<int64_t>(std::floor(w->millisecond / 60000));
+        components.hour = minutes / 60;
+        components.minute = minutes % 60;
+        return components;
+    }
+    std::lock_guard guard(lock_);
     UErrorCode status = U_ZERO_ERROR;
     calendar_->setTime(toUDate(date), status);
     DateComponents components;
@@ -132,6 +223,23 @@ DateComponents Calendar::components(Date date) const {
 }
 
 int64_t Calendar::component(CalendarComponent component, Date date) const {
+    if (component != CalendarComponent::weekOfYear) {
+        if (auto w = wall(date)) {
+            auto seconds = static_cast<int64_t>(std::floor(w->millisecond / 1000));
+            switch (component) {
+                case CalendarComponent::year: return *civilFromDays(w->day).year;
+                case CalendarComponent::month: return *civilFromDays(w->day).month;
+                case CalendarComponent::day: return *civilFromDays(w->day).day;
+                case CalendarComponent::hour: return seconds / 3600;
+                case CalendarComponent::minute: return seconds / 60 % 60;
+                case CalendarComponent::second: return seconds % 60;
+                // 1970-01-01 was a Thursday, weekday 5.
+                case CalendarComponent::weekday: return (w->day % 7 + 7 + 4) % 7 + 1;
+                case CalendarComponent::weekOfYear: break;
+            }
+        }
+    }
+    std::lock_guard guard(lock_);
     UErrorCode status = U_ZERO_ERROR;
     calendar_->setTime(toUDate(date), status);
     int32_t value = calendar_->get(field(component), status);
@@ -143,6 +251,14 @@ std::optional<Date> Calendar::date(const DateComponents& c) const {
     int64_t hour = c.hour.value_or(0), minute = c.minute.value_or(0);
     for (int64_t value : {year, month - 1, day, hour, minute})
         if (!fitsInt32(value)) return std::nullopt;
+    int64_t monthIndex = month - 1;
+    int64_t days = daysFromCivil(year + floorDiv(monthIndex, 12), monthIndex - floorDiv(monthIndex, 12) * 12 + 1, 1) +
+                   (day - 1);
+    double wallMillisecond = static_cast<double>(days) * millisPerDay + static_cast<double>(hour) * 3600000.0 +
+                             static_cast<double>(minute) * 60000.0;
+    if (auto date = fromWall(wallMillisecond, false)) return date;
+
+    std::lock_guard guard(lock_);
     UErrorCode status = U_ZERO_ERROR;
     calendar_->clear();
     calendar_->set(static_cast<int32_t>(year), static_cast<int32_t>(month - 1), static_cast<int32_t>(day),
@@ -156,15 +272,19 @@ std::optional<Calendar::Interval> Calendar::interval(CalendarComponent unit, Dat
     std::optional<Date> start, end;
     switch (unit) {
         case CalendarComponent::hour: {
-            UErrorCode status = U_ZERO_ERROR;
-            calendar_->setTime(toUDate(date), status);
-            calendar_->set(UCAL_MINUTE, 0);
-            calendar_->set(UCAL_SECOND, 0);
-            calendar_->set(UCAL_MILLISECOND, 0);
-            UDate udate = calendar_->getTime(status);
-            if (U_FAILURE(status)) return std::nullopt;
-            start = fromUDate(udate);
-            // An hour is an hour of elapsed time, also across a clock change.
+            if (auto w = wall(date)) {
+                start = date.addingTimeInterval(-std::fmod(w->millisecond, 3600000.0) / 1000.0);
+            } else {
+                std::lock_guard guard(lock_);
+                UErrorCode status = U_ZERO_ERROR;
+                calendar_->setTime(toUDate(date), status);
+                calendar_->set(UCAL_MINUTE, 0);
+                calendar_->set(UCAL_SECOND, 0);
+                calendar_->set(UCAL_MILLISECOND, 0);
+                UDate udate = calendar_->getTime(status);
+                if (U_FAILURE(status)) return std::nullopt;
+                start = fromUDate(udate);
+            }
             end = start->addingTimeInterval(3600);
             break;
         }
@@ -189,6 +309,10 @@ std::optional<Calendar::Interval> Calendar::interval(CalendarComponent unit, Dat
 
 std::optional<Date> Calendar::settingTime(int hour, int minute, int second, Date date) const {
     if (hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59) return std::nullopt;
+    if (auto w = wall(date))
+        if (auto result = fromWall(w->day * millisPerDay + hour * 3600000.0 + minute * 60000.0 + second * 1000.0, true))
+            return result;
+    std::lock_guard guard(lock_);
     UErrorCode status = U_ZERO_ERROR;
     calendar_->setTime(toUDate(date), status);
     calendar_->setSkippedWallTimeOption(UCAL_WALLTIME_NEXT_VALID);
@@ -203,6 +327,14 @@ std::optional<Date> Calendar::settingTime(int hour, int minute, int second, Date
 }
 
 int64_t Calendar::daysBetween(Date from, Date to) const {
+    auto a = wall(from), b = wall(to);
+    if (a && b) {
+        int64_t days = b->day - a->day;
+        if (days > 0 && b->millisecond < a->millisecond) --days;
+        if (days < 0 && b->millisecond > a->millisecond) ++days;
+        return days;
+    }
+    std::lock_guard guard(lock_);
     UErrorCode status = U_ZERO_ERROR;
     calendar_->setTime(toUDate(from), status);
     int32_t days = calendar_->fieldDifference(toUDate(to), UCAL_DATE, status);

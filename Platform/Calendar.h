@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -10,13 +11,18 @@
 
 U_NAMESPACE_BEGIN
 class Calendar;
+class BasicTimeZone;
 U_NAMESPACE_END
 
 enum class CalendarComponent { year, month, day, hour, minute, second, weekday, weekOfYear };
 
 // A Gregorian calendar with a time zone and a locale. It is lenient: 31 April is 1 May.
-// A value type: copies are independent. One instance must not be used from two threads
-// at once (its operations reuse one ICU calendar); copy it per thread instead.
+// A value type: copies are independent, and one instance may be used from several
+// threads at once.
+//
+// Wall times that a clock change skips or repeats follow one policy throughout: a skipped
+// wall time moves forward by the length of the gap, a repeated one is its first occurrence;
+// only `startOfDay` and `settingTime` take the first moment after a gap instead.
 class Calendar {
 public:
     // `timeZone` is an Olson id such as "Europe/Amsterdam"; an unknown id gives GMT.
@@ -24,8 +30,8 @@ public:
     Calendar(const std::string& timeZone, const std::string& locale);
     Calendar(const Calendar& other);
     Calendar& operator=(const Calendar& other);
-    Calendar(Calendar&&) noexcept;
-    Calendar& operator=(Calendar&&) noexcept;
+    Calendar(Calendar&& other) noexcept;
+    Calendar& operator=(Calendar&& other) noexcept;
     ~Calendar();
 
     // The user's current calendar: zone from TZ (else the machine's), locale from
@@ -39,7 +45,8 @@ public:
     Date startOfDay(Date date) const;
 
     // Adds `value` of `component` without wrapping: 31 January + 1 month = 28/29 February.
-    // Absent when the result can't be represented.
+    // Days, weeks, months and years keep the wall clock; hours, minutes and seconds count
+    // elapsed time. Absent when the result can't be represented.
     std::optional<Date> adding(CalendarComponent component, int64_t value, Date date) const;
 
     // year, month, day, hour and minute of `date`.
@@ -57,17 +64,31 @@ public:
         double duration = 0;
         bool operator==(const Interval&) const = default;
     };
-    // The hour, day or week (first weekday of the locale) that contains `date`.
+    // The hour, day or week (first weekday of the locale) that contains `date`. An hour is
+    // an hour of elapsed time, also the second of two hours with the same wall clock.
     std::optional<Interval> interval(CalendarComponent unit, Date date) const;
 
     // `hour`:`minute`:`second` on the day of `date`. A time in a gap gives the first
     // moment after it; a repeated time gives its first occurrence. Absent when impossible.
     std::optional<Date> settingTime(int hour, int minute, int second, Date date) const;
 
-    // Whole calendar days from `from` to `to`, as a wall clock counts them.
+    // Whole calendar days from `from` to `to`, as a wall clock counts them: the largest
+    // count of days that, added to `from`, doesn't pass `to` (toward zero when negative).
     int64_t daysBetween(Date from, Date to) const;
 
 private:
+    // The wall clock at a moment: days since 1970-01-01 and milliseconds into that day.
+    struct Wall {
+        int64_t day = 0;
+        double millisecond = 0;
+    };
+    // Arithmetic on the zone's offsets serves Gregorian dates from 1583 to 9999; other
+    // dates, and wall times in a gap where that needs care, go to the ICU calendar.
+    std::optional<Wall> wall(Date date) const;
+    std::optional<Date> fromWall(double wallMillisecond, bool nextValidInGap) const;
+
     std::unique_ptr<icu::Calendar> calendar_;
+    const icu::BasicTimeZone* zone_ = nullptr;  // owned by calendar_; null when not a BasicTimeZone
     std::string locale_;
+    mutable std::mutex lock_;  // guards calendar_, whose every operation changes its state
 };

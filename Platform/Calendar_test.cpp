@@ -1,6 +1,10 @@
 #include "Platform/Calendar.h"
 
+#include <random>
+
 #include <gtest/gtest.h>
+#include <unicode/gregocal.h>
+#include <unicode/timezone.h>
 
 namespace {
 
@@ -78,6 +82,69 @@ TEST(Calendar, Components) {
     EXPECT_EQ(amsterdam.component(CalendarComponent::month, wednesday), 11);
     EXPECT_EQ(Calendar("Asia/Tokyo", "ja_JP").components(wednesday).hour, 18);
     EXPECT_EQ(Calendar("No/Such_Zone", "en_US").components(utc(2026, 1, 1, 12)).hour, 12) << "unknown zone is GMT";
+}
+
+TEST(Calendar, TheSecondOfTwoEqualHoursStartsWhereItBegan) {
+    // 02:30 after the autumn change (00:30 UTC is the first 02:30, 01:30 UTC the second).
+    auto hour = amsterdam.interval(CalendarComponent::hour, utc(2026, 10, 25, 1, 30));
+    EXPECT_EQ(hour->start, utc(2026, 10, 25, 1, 0));
+}
+
+// The calendar answers most questions by arithmetic on the zone's offsets; ICU's own
+// lenient calendar, with the same wall-time policies, is the reference it must agree with.
+TEST(Calendar, AgreesWithIcuAcrossZonesAndCenturies) {
+    std::mt19937_64 random(7);
+    for (const char* zone : {"Europe/Amsterdam", "America/Santiago", "Asia/Kolkata", "Australia/Lord_Howe",
+                             "America/Sao_Paulo", "Pacific/Apia", "UTC"}) {
+        Calendar calendar(zone, "en_US");
+        UErrorCode status = U_ZERO_ERROR;
+        icu::GregorianCalendar icu(icu::TimeZone::createTimeZone(zone), icu::Locale("en_US"), status);
+        icu.setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
+        icu.setSkippedWallTimeOption(UCAL_WALLTIME_LAST);
+        auto icuDate = [&](const DateComponents& c) {
+            icu.clear();
+            icu.set(*c.year, *c.month - 1, *c.day, *c.hour, *c.minute, 0);
+            return icu.getTime(status) / 1000 - Date::unixEpochOffset;
+        };
+        for (int i = 0; i < 4000; ++i) {
+            // Mostly the years around now, some far away; minutes near midnight and clock changes often.
+            int64_t year = i % 10 == 0 ? 1500 + int64_t(random() % 9000) : 1990 + int64_t(random() % 60);
+            DateComponents wall{year, int64_t(random() % 14), int64_t(random() % 33) - 1, int64_t(random() % 26),
+                                int64_t(random() % 4) * 15 + int64_t(random() % 2) * 59};
+            ASSERT_EQ(calendar.date(wall)->seconds, icuDate(wall)) << zone << " " << year << "-" << *wall.month << "-"
+                                                                   << *wall.day << " " << *wall.hour << ":" << *wall.minute;
+            Date moment{double(int64_t(random() % 2000000000)) - 400000000 + (i % 7) * 0.25};
+            if (i % 10 == 0) moment.seconds -= 12e9;
+            icu.setTime((moment.seconds + Date::unixEpochOffset) * 1000, status);
+            DateComponents expected{icu.get(UCAL_YEAR, status), icu.get(UCAL_MONTH, status) + 1, icu.get(UCAL_DATE, status),
+                                    icu.get(UCAL_HOUR_OF_DAY, status), icu.get(UCAL_MINUTE, status)};
+            ASSERT_EQ(calendar.components(moment), expected) << zone << " " << moment.seconds;
+            ASSERT_EQ(calendar.component(CalendarComponent::weekday, moment), icu.get(UCAL_DAY_OF_WEEK, status));
+            Date later{moment.seconds + double(int64_t(random() % 40000000)) - 20000000};
+            icu.setTime((moment.seconds + Date::unixEpochOffset) * 1000, status);
+            // Apia skipped 30 December 2011 whole, a day that ICU's day count doesn't see.
+            if (std::string(zone) != "Pacific/Apia") {
+                ASSERT_EQ(calendar.daysBetween(moment, later),
+                          icu.fieldDifference((later.seconds + Date::unixEpochOffset) * 1000, UCAL_DATE, status))
+                    << zone << " " << moment.seconds << " " << later.seconds;
+            }
+            for (int hour : {0, 2, 12}) {
+                icu.setTime((moment.seconds + Date::unixEpochOffset) * 1000, status);
+                icu.setSkippedWallTimeOption(UCAL_WALLTIME_NEXT_VALID);
+                icu.set(UCAL_HOUR_OF_DAY, hour);
+                icu.set(UCAL_MINUTE, 0);
+                icu.set(UCAL_SECOND, 0);
+                icu.set(UCAL_MILLISECOND, 0);
+                double expected = icu.getTime(status) / 1000 - Date::unixEpochOffset;
+                icu.setSkippedWallTimeOption(UCAL_WALLTIME_LAST);
+                ASSERT_EQ(calendar.settingTime(hour, 0, 0, moment)->seconds, expected) << zone << " " << moment.seconds;
+                if (hour == 0) {
+                    ASSERT_EQ(calendar.startOfDay(moment).seconds, expected) << zone << " " << moment.seconds;
+                }
+            }
+        }
+        ASSERT_TRUE(U_SUCCESS(status));
+    }
 }
 
 }  // namespace
