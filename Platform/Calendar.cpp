@@ -169,7 +169,8 @@ std::optional<Date> Calendar::fromWall(double wallMillisecond, bool nextValidInG
     if (nextValidInGap) {
         auto back = wall(date);
         // In a gap: the first moment after it is where the transition lies; ICU finds it.
-        if (!back || std::fabs(back->day * millisPerDay + back->millisecond - wallMillisecond) > 0.5) return std::nullopt;
+        if (!back || std::fabs(back->day * millisPerDay + back->millisecond - wallMillisecond) > 0.5)
+            return std::nullopt;
     }
     return date;
 }
@@ -252,8 +253,8 @@ std::optional<Date> Calendar::date(const DateComponents& c) const {
     for (int64_t value : {year, month - 1, day, hour, minute})
         if (!fitsInt32(value)) return std::nullopt;
     int64_t monthIndex = month - 1;
-    int64_t days = daysFromCivil(year + floorDiv(monthIndex, 12), monthIndex - floorDiv(monthIndex, 12) * 12 + 1, 1) +
-                   (day - 1);
+    int64_t days =
+        daysFromCivil(year + floorDiv(monthIndex, 12), monthIndex - floorDiv(monthIndex, 12) * 12 + 1, 1) + (day - 1);
     double wallMillisecond = static_cast<double>(days) * millisPerDay + static_cast<double>(hour) * 3600000.0 +
                              static_cast<double>(minute) * 60000.0;
     if (auto date = fromWall(wallMillisecond, false)) return date;
@@ -300,8 +301,7 @@ std::optional<Calendar::Interval> Calendar::interval(CalendarComponent unit, Dat
                 if (auto next = adding(CalendarComponent::day, 7, *start)) end = startOfDay(*next);
             break;
         }
-        default:
-            return std::nullopt;
+        default: return std::nullopt;
     }
     if (!start || !end) return std::nullopt;
     return Interval{*start, end->timeIntervalSince(*start)};

@@ -111,13 +111,15 @@ TEST(Calendar, AgreesWithIcuAcrossZonesAndCenturies) {
             int64_t year = i % 10 == 0 ? 1500 + int64_t(random() % 9000) : 1990 + int64_t(random() % 60);
             DateComponents wall{year, int64_t(random() % 14), int64_t(random() % 33) - 1, int64_t(random() % 26),
                                 int64_t(random() % 4) * 15 + int64_t(random() % 2) * 59};
-            ASSERT_EQ(calendar.date(wall)->seconds, icuDate(wall)) << zone << " " << year << "-" << *wall.month << "-"
-                                                                   << *wall.day << " " << *wall.hour << ":" << *wall.minute;
+            ASSERT_EQ(calendar.date(wall)->seconds, icuDate(wall))
+                << zone << " " << year << "-" << *wall.month << "-" << *wall.day << " " << *wall.hour << ":"
+                << *wall.minute;
             Date moment{double(int64_t(random() % 2000000000)) - 400000000 + (i % 7) * 0.25};
             if (i % 10 == 0) moment.seconds -= 12e9;
             icu.setTime((moment.seconds + Date::unixEpochOffset) * 1000, status);
-            DateComponents expected{icu.get(UCAL_YEAR, status), icu.get(UCAL_MONTH, status) + 1, icu.get(UCAL_DATE, status),
-                                    icu.get(UCAL_HOUR_OF_DAY, status), icu.get(UCAL_MINUTE, status)};
+            DateComponents expected{icu.get(UCAL_YEAR, status), icu.get(UCAL_MONTH, status) + 1,
+                                    icu.get(UCAL_DATE, status), icu.get(UCAL_HOUR_OF_DAY, status),
+                                    icu.get(UCAL_MINUTE, status)};
             ASSERT_EQ(calendar.components(moment), expected) << zone << " " << moment.seconds;
             ASSERT_EQ(calendar.component(CalendarComponent::weekday, moment), icu.get(UCAL_DAY_OF_WEEK, status));
             Date later{moment.seconds + double(int64_t(random() % 40000000)) - 20000000};

@@ -21,6 +21,10 @@ struct Date {
 
     // The wall clock. Only program entries call this; libraries take `now` as an argument.
     static Date now();
+
+    // Far before and far after any date in use (the years 1 and 4001), for sorting.
+    static constexpr Date distantPast() { return Date{-63114076800}; }
+    static constexpr Date distantFuture() { return Date{63113904000}; }
 };
 
 // Calendar fields without a calendar or a time zone. A due date without `hour` is date-only.

@@ -1,8 +1,13 @@
 #include "Platform/DateFormat.h"
 
+#include <cmath>
+#include <ctime>
 #include <memory>
+#include <tuple>
+#include <utility>
 
 #include <unicode/dtptngen.h>
+#include <unicode/reldatefmt.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 
@@ -34,16 +39,63 @@ std::string english(Date date, const Calendar& calendar, bool withTime) {
 }
 
 std::string localized(Date date, const Calendar& calendar, const char* skeleton) {
-    UErrorCode status = U_ZERO_ERROR;
-    icu::Locale locale(calendar.localeId().c_str());
-    std::unique_ptr<icu::DateTimePatternGenerator> generator(icu::DateTimePatternGenerator::createInstance(locale, status));
-    if (U_FAILURE(status)) return "";
-    icu::UnicodeString pattern = generator->getBestPattern(skeleton, status);
-    icu::SimpleDateFormat formatter(pattern, locale, status);
-    if (U_FAILURE(status)) return "";
-    formatter.adoptTimeZone(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(calendar.timeZoneId())));
+    // Building a formatter loads locale data; a thread keeps the last one it built.
+    thread_local std::string cachedKey;
+    thread_local std::unique_ptr<icu::SimpleDateFormat> cached;
+    std::string key = calendar.localeId() + "|" + calendar.timeZoneId() + "|" + skeleton;
+    if (!cached || cachedKey != key) {
+        UErrorCode status = U_ZERO_ERROR;
+        icu::Locale locale(calendar.localeId().c_str());
+        std::unique_ptr<icu::DateTimePatternGenerator> generator(
+            icu::DateTimePatternGenerator::createInstance(locale, status));
+        if (U_FAILURE(status)) return "";
+        icu::UnicodeString pattern = generator->getBestPattern(skeleton, status);
+        auto formatter = std::make_unique<icu::SimpleDateFormat>(pattern, locale, status);
+        if (U_FAILURE(status)) return "";
+        formatter->adoptTimeZone(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(calendar.timeZoneId())));
+        cached = std::move(formatter);
+        cachedKey = key;
+    }
     icu::UnicodeString text;
-    formatter.format((date.seconds + Date::unixEpochOffset) * 1000.0, text);
+    cached->format((date.seconds + Date::unixEpochOffset) * 1000.0, text);
+    std::string result;
+    text.toUTF8String(result);
+    return result;
+}
+
+std::string englishRelative(const DateFormat::RelativeOffset& offset) {
+    using Unit = DateFormat::RelativeOffset::Unit;
+    static const char* const names[] = {"year", "month", "week", "day", "hour", "minute", "second"};
+    const int64_t value = offset.value;
+    if (offset.unit == Unit::second && value == 0) return "now";
+    if (offset.unit == Unit::day && (value == 1 || value == -1)) return value == 1 ? "tomorrow" : "yesterday";
+    const bool named = offset.unit == Unit::week || offset.unit == Unit::month || offset.unit == Unit::year;
+    const char* name = names[static_cast<int>(offset.unit)];
+    if (named && (value == 1 || value == -1)) return std::string(value == 1 ? "next " : "last ") + name;
+    const unsigned long long count = value < 0 ? 0 - static_cast<unsigned long long>(value) : value;
+    std::string amount = Text::format("%llu %s%s", count, name, count == 1 ? "" : "s");
+    return value < 0 ? amount + " ago" : "in " + amount;
+}
+
+std::string localizedRelative(const DateFormat::RelativeOffset& offset, const Calendar& calendar) {
+    static const URelativeDateTimeUnit units[] = {UDAT_REL_UNIT_YEAR, UDAT_REL_UNIT_MONTH,  UDAT_REL_UNIT_WEEK,
+                                                  UDAT_REL_UNIT_DAY,  UDAT_REL_UNIT_HOUR,   UDAT_REL_UNIT_MINUTE,
+                                                  UDAT_REL_UNIT_SECOND};
+    thread_local std::string cachedLocale;
+    thread_local std::unique_ptr<icu::RelativeDateTimeFormatter> cached;
+    if (!cached || cachedLocale != calendar.localeId()) {
+        UErrorCode status = U_ZERO_ERROR;
+        auto formatter = std::make_unique<icu::RelativeDateTimeFormatter>(
+            icu::Locale(calendar.localeId().c_str()), nullptr, UDAT_STYLE_LONG, UDISPCTX_CAPITALIZATION_NONE, status);
+        if (U_FAILURE(status)) return englishRelative(offset);
+        cached = std::move(formatter);
+        cachedLocale = calendar.localeId();
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    icu::UnicodeString text;
+    // The named form where the language has one ("tomorrow"), else the number.
+    cached->format(static_cast<double>(offset.value), units[static_cast<int>(offset.unit)], text, status);
+    if (U_FAILURE(status)) return englishRelative(offset);
     std::string result;
     text.toUTF8String(result);
     return result;
@@ -106,6 +158,54 @@ std::string weekdayMonthDayTime(Date date, const Calendar& calendar) {
 
 std::string weekdayMonthDay(Date date, const Calendar& calendar) {
     return isEnglish(calendar) ? english(date, calendar, false) : localized(date, calendar, "EEEMMMd");
+}
+
+RelativeOffset relativeOffset(Date date, Date now, const Calendar& calendar) {
+    using Unit = RelativeOffset::Unit;
+    const int64_t days = calendar.daysBetween(now, date);
+    if (days == 0) {
+        // Less than a day by the wall clock: elapsed time, truncated.
+        const double elapsed = date.timeIntervalSince(now);
+        for (auto [unit, seconds] : {std::pair{Unit::hour, 3600.0}, {Unit::minute, 60.0}, {Unit::second, 1.0}}) {
+            const double count = std::trunc(elapsed / seconds);
+            if (count != 0 || unit == Unit::second) return {unit, static_cast<int64_t>(count)};
+        }
+    }
+    const DateComponents from = calendar.components(now), to = calendar.components(date);
+    // Whole months as a wall clock counts them: back one when the rest of the date hasn't come round.
+    auto rest = [&](const DateComponents& c, Date moment) {
+        return std::tuple(*c.day, *c.hour, *c.minute, calendar.component(CalendarComponent::second, moment));
+    };
+    const int64_t monthSpan = (*to.year * 12 + *to.month) - (*from.year * 12 + *from.month);
+    int64_t months = monthSpan;
+    if (months > 0 && rest(to, date) < rest(from, now)) --months;
+    if (months < 0 && rest(to, date) > rest(from, now)) ++months;
+    if (months / 12 != 0) return {Unit::year, *to.year - *from.year};
+    if (months != 0) return {Unit::month, monthSpan};
+    const int64_t calendarDays = calendar.daysBetween(calendar.startOfDay(now), calendar.startOfDay(date));
+    if (days >= 7 || days <= -7) {
+        // Whole weeks between the starts of the two weeks.
+        auto intoWeek = [&](Date moment) {
+            return (calendar.component(CalendarComponent::weekday, moment) - calendar.firstWeekday() + 7) % 7;
+        };
+        return {Unit::week, (calendarDays - intoWeek(date) + intoWeek(now)) / 7};
+    }
+    return {Unit::day, calendarDays};
+}
+
+std::string relative(Date date, Date now, const Calendar& calendar) {
+    const RelativeOffset offset = relativeOffset(date, now, calendar);
+    return isEnglish(calendar) ? englishRelative(offset) : localizedRelative(offset, calendar);
+}
+
+std::string iso8601(Date date) {
+    const double seconds = std::floor(date.unixSeconds());
+    if (!(seconds > -6e13 && seconds < 2.5e14)) return "";
+    time_t whole = static_cast<time_t>(seconds);
+    tm utc{};
+    gmtime_r(&whole, &utc);
+    return Text::format("%04lld-%02d-%02dT%02d:%02d:%02dZ", static_cast<long long>(utc.tm_year) + 1900, utc.tm_mon + 1,
+                        utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec);
 }
 
 }  // namespace DateFormat
