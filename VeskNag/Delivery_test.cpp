@@ -1,0 +1,95 @@
+#include "VeskNag/Delivery.h"
+
+#include <gtest/gtest.h>
+
+#include "VeskNag/PlanTesting.h"
+
+namespace {
+
+using namespace PlanTesting;
+
+PlannedAlert alert(const char* key, const char* time, AlertLevel level = AlertLevel::notification,
+                   int64_t ordinal = 0) {
+    return {key, key, at(time), level, ordinal, {}};
+}
+
+TEST(Delivery, CutsEachKindToItsLimit) {
+    const AlertLevel alarm = AlertLevel::alarm;
+    struct Case {
+        const char* what;
+        std::vector<PlannedAlert> alerts;
+        bool alarms;
+        int64_t notificationLimit, alarmLimit;
+        const char *notifications, *alarmsOut;
+    } cases[] = {
+        {"without alarms, alarms travel as notifications",
+         {alert("c", "09:02", alarm), alert("a", "09:00", alarm), alert("b", "09:01", alarm)},
+         false,
+         2,
+         5,
+         "09:00 a0 a, 09:01 a0 b",
+         ""},
+        {"one alarm and nothing else", {alert("a", "09:00", alarm)}, true, 5, 5, "", "09:00 a0 a"},
+        {"the smaller key first, and it survives a cut",
+         {alert("b", "09:00"), alert("a", "09:00")},
+         true,
+         1,
+         1,
+         "09:00 n0 a",
+         ""},
+        {"a cut in one kind makes no room in the other",
+         {alert("a", "09:00"), alert("b", "09:01", alarm), alert("c", "09:02"), alert("d", "09:03", alarm)},
+         true,
+         1,
+         1,
+         "09:00 n0 a",
+         "09:01 a0 b"},
+        {"limits of 0", {alert("a", "09:00"), alert("b", "09:01", alarm)}, true, 0, 0, "", ""},
+    };
+    for (const auto& c : cases) {
+        auto result = VeskNag::delivery(c.alerts, c.alarms, c.notificationLimit, c.alarmLimit);
+        EXPECT_EQ(brief(result.notifications, true), c.notifications) << c.what;
+        EXPECT_EQ(brief(result.alarms, true), c.alarmsOut) << c.what;
+    }
+}
+
+TEST(Delivery, FiringGivesTheLastAlertOfEachReminderInTheSpan) {
+    const std::vector<PlannedAlert> alerts = {
+        alert("b", "09:05", AlertLevel::notification, 1), alert("a", "09:00", AlertLevel::notification, 0),
+        alert("a", "09:10", AlertLevel::notification, 1), alert("a", "09:20", AlertLevel::alarm, 2),
+        alert("a", "09:20", AlertLevel::alarm, 3),        alert("c", "09:20", AlertLevel::notification, 7),
+    };
+    struct Case {
+        const char *after, *through, *expected;
+    } cases[] = {
+        {"08:00", "10:00", "09:05 n1 b, 09:20 a2 a, 09:20 n7 c"},
+        {"09:00", "09:10", "09:05 n1 b, 09:10 n1 a"},
+        {"09:10", "09:10", ""},
+        {"09:20", "10:00", ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(brief(VeskNag::firing(alerts, at(c.after), at(c.through)), true), c.expected)
+            << c.after << " " << c.through;
+}
+
+TEST(Delivery, AlarmIdsComeFromTheAlertIdAlone) {
+    PlannedAlert third{"call-dentist", "Call the dentist", at("09:00"), AlertLevel::alarm, 3, {}};
+    EXPECT_EQ(third.id(), "call-dentist#3");
+    EXPECT_EQ(third.alarmID().text(), "2b00d674-5b70-8ae1-8f79-efeb47c752a0") << "the same on every device and run";
+    PlannedAlert moved = third;
+    moved.fireDate = at("10:00");
+    moved.title = "renamed";
+    EXPECT_EQ(moved.alarmID(), third.alarmID());
+    for (int64_t ordinal = 0; ordinal < 64; ++ordinal) {
+        PlannedAlert other = third;
+        other.ordinal = ordinal;
+        Uuid id = other.alarmID();
+        EXPECT_EQ(id.bytes[6] >> 4, 8);
+        EXPECT_EQ(id.bytes[8] >> 6, 2);
+        if (ordinal != 3) {
+            EXPECT_NE(id, third.alarmID());
+        }
+    }
+}
+
+}  // namespace
