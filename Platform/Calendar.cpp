@@ -1,5 +1,6 @@
 #include "Platform/Calendar.h"
 
+#include <atomic>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -8,6 +9,7 @@
 #include <unicode/gregocal.h>
 #include <unicode/locid.h>
 #include <unicode/timezone.h>
+#include <unicode/tztrans.h>
 
 namespace {
 
@@ -79,6 +81,23 @@ const icu::BasicTimeZone* basicZone(const icu::Calendar& calendar) {
     return dynamic_cast<const icu::BasicTimeZone*>(&calendar.getTimeZone());
 }
 
+std::atomic<uint64_t> lastZoneKey{0};
+
+// A stretch of time between two transitions of a zone, in which its offset holds.
+struct Stretch {
+    uint64_t zoneKey = 0;
+    double from = 0, to = 0;  // milliseconds since 1970, [from, to)
+    int32_t offset = 0;
+};
+// Asking ICU for an offset costs a tenth of a microsecond and more; most questions fall
+// into the few stretches just asked about. Per thread, so no lock is needed.
+thread_local Stretch stretches[8];
+thread_local unsigned nextStretch = 0;
+
+// Wall times within this distance of a transition are left to ICU's own rules for gaps
+// and repeated times; no zone moves its clock by more than a day at once.
+constexpr double clearOfTransitions = 2 * millisPerDay;
+
 }  // namespace
 
 Calendar::Calendar(const std::string& timeZone, const std::string& locale) : locale_(locale) {
@@ -93,9 +112,10 @@ Calendar::Calendar(const std::string& timeZone, const std::string& locale) : loc
     calendar_->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
     calendar_->setSkippedWallTimeOption(UCAL_WALLTIME_LAST);
     zone_ = basicZone(*calendar_);
+    zoneKey_ = ++lastZoneKey;
 }
 
-Calendar::Calendar(const Calendar& other) : locale_(other.locale_) {
+Calendar::Calendar(const Calendar& other) : zoneKey_(other.zoneKey_), locale_(other.locale_) {
     std::lock_guard guard(other.lock_);
     calendar_.reset(other.calendar_->clone());
     zone_ = basicZone(*calendar_);
@@ -110,11 +130,15 @@ Calendar& Calendar::operator=(const Calendar& other) {
 }
 
 Calendar::Calendar(Calendar&& other) noexcept
-    : calendar_(std::move(other.calendar_)), zone_(other.zone_), locale_(std::move(other.locale_)) {}
+    : calendar_(std::move(other.calendar_)),
+      zone_(other.zone_),
+      zoneKey_(other.zoneKey_),
+      locale_(std::move(other.locale_)) {}
 
 Calendar& Calendar::operator=(Calendar&& other) noexcept {
     calendar_ = std::move(other.calendar_);
     zone_ = other.zone_;
+    zoneKey_ = other.zoneKey_;
     locale_ = std::move(other.locale_);
     return *this;
 }
@@ -142,14 +166,27 @@ std::string Calendar::localeId() const { return locale_; }
 
 int Calendar::firstWeekday() const { return calendar_->getFirstDayOfWeek(); }
 
-std::optional<Calendar::Wall> Calendar::wall(Date date) const {
-    if (!zone_ || !std::isfinite(date.seconds)) return std::nullopt;
-    UDate udate = toUDate(date);
+std::optional<int32_t> Calendar::offsetAt(double udate) const {
+    for (const Stretch& stretch : stretches)
+        if (stretch.zoneKey == zoneKey_ && udate >= stretch.from && udate < stretch.to) return stretch.offset;
     int32_t raw = 0, dst = 0;
     UErrorCode status = U_ZERO_ERROR;
     zone_->getOffset(udate, false, raw, dst, status);
     if (U_FAILURE(status)) return std::nullopt;
-    double local = udate + raw + dst;
+    Stretch stretch{zoneKey_, -HUGE_VAL, HUGE_VAL, raw + dst};
+    icu::TimeZoneTransition transition;
+    if (zone_->getPreviousTransition(udate, true, transition)) stretch.from = transition.getTime();
+    if (zone_->getNextTransition(udate, false, transition)) stretch.to = transition.getTime();
+    stretches[nextStretch++ % std::size(stretches)] = stretch;
+    return stretch.offset;
+}
+
+std::optional<Calendar::Wall> Calendar::wall(Date date) const {
+    if (!zone_ || !std::isfinite(date.seconds)) return std::nullopt;
+    UDate udate = toUDate(date);
+    auto offset = offsetAt(udate);
+    if (!offset) return std::nullopt;
+    double local = udate + *offset;
     double day = std::floor(local / millisPerDay);
     if (day < firstFastDay || day > lastFastDay) return std::nullopt;
     return Wall{static_cast<int64_t>(day), local - day * millisPerDay};
@@ -159,6 +196,13 @@ std::optional<Date> Calendar::fromWall(double wallMillisecond, bool nextValidInG
     if (!zone_) return std::nullopt;
     double day = std::floor(wallMillisecond / millisPerDay);
     if (day < firstFastDay || day > lastFastDay) return std::nullopt;
+    // Well inside a stretch, a wall time names exactly one moment.
+    for (const Stretch& stretch : stretches) {
+        double udate = wallMillisecond - stretch.offset;
+        if (stretch.zoneKey == zoneKey_ && udate >= stretch.from + clearOfTransitions &&
+            udate < stretch.to - clearOfTransitions)
+            return fromUDate(udate);
+    }
     int32_t raw = 0, dst = 0;
     UErrorCode status = U_ZERO_ERROR;
     // The offset from before a transition: a skipped wall time moves forward by the gap,
@@ -166,12 +210,10 @@ std::optional<Date> Calendar::fromWall(double wallMillisecond, bool nextValidInG
     zone_->getOffsetFromLocal(wallMillisecond, UCAL_TZ_LOCAL_FORMER, UCAL_TZ_LOCAL_FORMER, raw, dst, status);
     if (U_FAILURE(status)) return std::nullopt;
     Date date = fromUDate(wallMillisecond - raw - dst);
-    if (nextValidInGap) {
-        auto back = wall(date);
-        // In a gap: the first moment after it is where the transition lies; ICU finds it.
-        if (!back || std::fabs(back->day * millisPerDay + back->millisecond - wallMillisecond) > 0.5)
-            return std::nullopt;
-    }
+    auto back = wall(date);  // also puts the stretch of `date` into the cache
+    // In a gap: the first moment after it is where the transition lies; ICU finds it.
+    if (nextValidInGap && (!back || std::fabs(back->day * millisPerDay + back->millisecond - wallMillisecond) > 0.5))
+        return std::nullopt;
     return date;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -86,9 +87,13 @@ private:
     // dates, and wall times in a gap where that needs care, go to the ICU calendar.
     std::optional<Wall> wall(Date date) const;
     std::optional<Date> fromWall(double wallMillisecond, bool nextValidInGap) const;
+    // The zone's offset in milliseconds at a moment, from a small cache of the stretches
+    // between the zone's transitions that this thread last asked about.
+    std::optional<int32_t> offsetAt(double udate) const;
 
     std::unique_ptr<icu::Calendar> calendar_;
     const icu::BasicTimeZone* zone_ = nullptr;  // owned by calendar_; null when not a BasicTimeZone
+    uint64_t zoneKey_ = 0;  // names this zone in the offset cache; copies share it, it is never reused
     std::string locale_;
     mutable std::mutex lock_;  // guards calendar_, whose every operation changes its state
 };
