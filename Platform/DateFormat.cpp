@@ -30,12 +30,14 @@ bool isEnglish(const Calendar& calendar) {
 std::string english(Date date, const Calendar& calendar, bool withTime) {
     DateComponents c = calendar.components(date);
     int64_t weekday = calendar.component(CalendarComponent::weekday, date);
-    std::string text = Text::format("%s, %s %lld", weekdayNames[(weekday + 6) % 7], monthNames[(*c.month + 11) % 12],
-                                    static_cast<long long>(*c.day));
+    std::string text = std::string(weekdayNames[(weekday + 6) % 7]) + ", " + monthNames[(*c.month + 11) % 12] + " ";
+    Text::appendNumber(text, *c.day, 0);
     if (!withTime) return text;
-    int64_t hour = *c.hour % 12 == 0 ? 12 : *c.hour % 12;
-    return text + Text::format(" at %lld:%02lld %s", static_cast<long long>(hour), static_cast<long long>(*c.minute),
-                               *c.hour < 12 ? "AM" : "PM");
+    text += " at ";
+    Text::appendNumber(text, *c.hour % 12 == 0 ? 12 : *c.hour % 12, 0);
+    text += ':';
+    Text::appendNumber(text, *c.minute, 2);
+    return text + (*c.hour < 12 ? " AM" : " PM");
 }
 
 std::string localized(Date date, const Calendar& calendar, const char* skeleton) {
@@ -73,7 +75,7 @@ std::string englishRelative(const DateFormat::RelativeOffset& offset) {
     const char* name = names[static_cast<int>(offset.unit)];
     if (named && (value == 1 || value == -1)) return std::string(value == 1 ? "next " : "last ") + name;
     const unsigned long long count = value < 0 ? 0 - static_cast<unsigned long long>(value) : value;
-    std::string amount = Text::format("%llu %s%s", count, name, count == 1 ? "" : "s");
+    std::string amount = std::to_string(count) + " " + name + (count == 1 ? "" : "s");
     return value < 0 ? amount + " ago" : "in " + amount;
 }
 
@@ -204,8 +206,14 @@ std::string iso8601(Date date) {
     time_t whole = static_cast<time_t>(seconds);
     tm utc{};
     gmtime_r(&whole, &utc);
-    return Text::format("%04lld-%02d-%02dT%02d:%02d:%02dZ", static_cast<long long>(utc.tm_year) + 1900, utc.tm_mon + 1,
-                        utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec);
+    std::string text;
+    Text::appendNumber(text, static_cast<int64_t>(utc.tm_year) + 1900, 4);
+    for (auto [separator, value] : {std::pair{'-', utc.tm_mon + 1}, {'-', utc.tm_mday}, {'T', utc.tm_hour},
+                                    {':', utc.tm_min}, {':', utc.tm_sec}}) {
+        text += separator;
+        Text::appendNumber(text, value, 2);
+    }
+    return text + 'Z';
 }
 
 }  // namespace DateFormat

@@ -136,6 +136,19 @@ size_t characterCount(std::string_view text) {
     return count;
 }
 
+void appendNumber(std::string& text, int64_t value, int width) {
+    char digits[24];
+    int count = 0;
+    uint64_t magnitude = value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
+    do {
+        digits[count++] = static_cast<char>('0' + magnitude % 10);
+        magnitude /= 10;
+    } while (magnitude);
+    if (value < 0) text += '-';
+    for (int pad = width - count - (value < 0); pad > 0; --pad) text += '0';
+    while (count) text += digits[--count];
+}
+
 std::string format(const char* pattern, ...) {
     va_list args;
     va_start(args, pattern);

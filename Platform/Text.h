@@ -33,6 +33,10 @@ std::string repairUtf8(std::string_view text);
 // Number of Unicode scalar values (what a user counts as characters in our texts).
 size_t characterCount(std::string_view text);
 
+// Appends `value` in decimal, zero-padded to `width` characters with the sign counted, as
+// printf's "%0*lld" writes it, without printf's cost.
+void appendNumber(std::string& text, int64_t value, int width);
+
 // printf into a std::string.
 std::string format(const char* pattern, ...) __attribute__((format(printf, 1, 2)));
 

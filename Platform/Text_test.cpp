@@ -24,6 +24,17 @@ TEST(Text, CaseMapping) {
     EXPECT_FALSE(Text::containsIgnoringCase("Call", "mum"));
 }
 
+TEST(Text, NumbersAsPrintfPadsThem) {
+    for (int64_t value : {int64_t{0}, int64_t{7}, int64_t{-5}, int64_t{2026}, int64_t{123456}, int64_t{-12345},
+                          std::numeric_limits<int64_t>::min(), std::numeric_limits<int64_t>::max()}) {
+        for (int width : {0, 2, 4}) {
+            std::string text = "x";
+            Text::appendNumber(text, value, width);
+            EXPECT_EQ(text, "x" + Text::format("%0*lld", width, static_cast<long long>(value)));
+        }
+    }
+}
+
 TEST(Text, StrictIntegers) {
     struct Case {
         const char* text;

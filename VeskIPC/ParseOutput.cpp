@@ -109,11 +109,17 @@ std::string ParseOutput::deviceOf(const DeviceGate& gate) {
 
 std::optional<std::string> ParseOutput::format(const std::optional<DateComponents>& components) {
     if (!components || !components->year || !components->month || !components->day) return std::nullopt;
-    std::string text = Text::format("%04lld-%02lld-%02lld", (long long)*components->year,
-                                    (long long)*components->month, (long long)*components->day);
+    std::string text;
+    Text::appendNumber(text, *components->year, 4);
+    text += '-';
+    Text::appendNumber(text, *components->month, 2);
+    text += '-';
+    Text::appendNumber(text, *components->day, 2);
     if (components->hour) {
-        text += Text::format("T%02lld:%02lld", (long long)*components->hour,
-                             (long long)components->minute.value_or(0));
+        text += 'T';
+        Text::appendNumber(text, *components->hour, 2);
+        text += ':';
+        Text::appendNumber(text, components->minute.value_or(0), 2);
     }
     return text;
 }
