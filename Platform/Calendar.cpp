@@ -174,9 +174,14 @@ std::optional<int32_t> Calendar::offsetAt(double udate) const {
     zone_->getOffset(udate, false, raw, dst, status);
     if (U_FAILURE(status)) return std::nullopt;
     Stretch stretch{zoneKey_, -HUGE_VAL, HUGE_VAL, raw + dst};
-    icu::TimeZoneTransition transition;
-    if (zone_->getPreviousTransition(udate, true, transition)) stretch.from = transition.getTime();
-    if (zone_->getNextTransition(udate, false, transition)) stretch.to = transition.getTime();
+    {
+        // ICU builds a zone's transition rules on first use, and two threads doing so at
+        // once corrupt them.
+        std::lock_guard guard(lock_);
+        icu::TimeZoneTransition transition;
+        if (zone_->getPreviousTransition(udate, true, transition)) stretch.from = transition.getTime();
+        if (zone_->getNextTransition(udate, false, transition)) stretch.to = transition.getTime();
+    }
     stretches[nextStretch++ % std::size(stretches)] = stretch;
     return stretch.offset;
 }
