@@ -22,29 +22,15 @@ TEST(Delivery, CutsEachKindToItsLimit) {
         int64_t notificationLimit, alarmLimit;
         const char *notifications, *alarmsOut;
     } cases[] = {
-        {"without alarms, alarms travel as notifications",
-         {alert("c", "09:02", alarm), alert("a", "09:00", alarm), alert("b", "09:01", alarm)},
-         false,
-         2,
-         5,
-         "09:00 a0 a, 09:01 a0 b",
-         ""},
+        // clang-format off
+        {"without alarms, alarms travel as notifications", {alert("c", "09:02", alarm), alert("a", "09:00", alarm),
+         alert("b", "09:01", alarm)}, false, 2, 5, "09:00 a0 a, 09:01 a0 b", ""},
         {"one alarm and nothing else", {alert("a", "09:00", alarm)}, true, 5, 5, "", "09:00 a0 a"},
-        {"the smaller key first, and it survives a cut",
-         {alert("b", "09:00"), alert("a", "09:00")},
-         true,
-         1,
-         1,
-         "09:00 n0 a",
-         ""},
-        {"a cut in one kind makes no room in the other",
-         {alert("a", "09:00"), alert("b", "09:01", alarm), alert("c", "09:02"), alert("d", "09:03", alarm)},
-         true,
-         1,
-         1,
-         "09:00 n0 a",
-         "09:01 a0 b"},
+        {"the smaller key first, and it survives a cut", {alert("b", "09:00"), alert("a", "09:00")}, true, 1, 1, "09:00 n0 a", ""},
+        {"a cut in one kind makes no room in the other", {alert("a", "09:00"), alert("b", "09:01", alarm),
+         alert("c", "09:02"), alert("d", "09:03", alarm)}, true, 1, 1, "09:00 n0 a", "09:01 a0 b"},
         {"limits of 0", {alert("a", "09:00"), alert("b", "09:01", alarm)}, true, 0, 0, "", ""},
+        // clang-format on
     };
     for (const auto& c : cases) {
         auto result = VeskNag::delivery(c.alerts, c.alarms, c.notificationLimit, c.alarmLimit);
@@ -54,11 +40,10 @@ TEST(Delivery, CutsEachKindToItsLimit) {
 }
 
 TEST(Delivery, FiringGivesTheLastAlertOfEachReminderInTheSpan) {
-    const std::vector<PlannedAlert> alerts = {
-        alert("b", "09:05", AlertLevel::notification, 1), alert("a", "09:00", AlertLevel::notification, 0),
-        alert("a", "09:10", AlertLevel::notification, 1), alert("a", "09:20", AlertLevel::alarm, 2),
-        alert("a", "09:20", AlertLevel::alarm, 3),        alert("c", "09:20", AlertLevel::notification, 7),
-    };
+    const auto note = AlertLevel::notification;
+    const std::vector<PlannedAlert> alerts = {alert("b", "09:05", note, 1), alert("a", "09:00", note, 0),
+                                              alert("a", "09:10", note, 1), alert("a", "09:20", AlertLevel::alarm, 2),
+                                              alert("a", "09:20", AlertLevel::alarm, 3), alert("c", "09:20", note, 7)};
     struct Case {
         const char *after, *through, *expected;
     } cases[] = {

@@ -9,24 +9,19 @@ namespace {
 using namespace PlanTesting;
 using Frequency = Recurrence::Frequency;
 
-// "2026-03-07 09:00", "2026-03-07" for a date-only occurrence.
+// "2026-03-07 09:00, 2026-03-08": a date-only occurrence has no time.
 std::string show(const std::vector<DateComponents>& days) {
     std::string result;
     for (const DateComponents& c : days) {
-        char text[40];
-        std::snprintf(text, sizeof text, "%04lld-%02lld-%02lld", (long long)*c.year, (long long)*c.month,
-                      (long long)*c.day);
+        char text[48];
+        std::snprintf(text, sizeof text, "%04lld-%02lld-%02lld", (long long)*c.year, (long long)*c.month, (long long)*c.day);
         result += (result.empty() ? "" : ", ") + std::string(text);
-        if (c.hour) {
-            std::snprintf(text, sizeof text, " %02lld:%02lld", (long long)*c.hour, (long long)c.minute.value_or(-1));
-            result += text;
-        }
+        if (c.hour) result += (std::snprintf(text, sizeof text, " %02lld:%02lld", (long long)*c.hour, (long long)*c.minute), text);
     }
     return result;
 }
 
-Recurrence rule(Frequency frequency, int64_t interval = 1, std::vector<int64_t> weekdays = {},
-                bool fromCompletion = false) {
+Recurrence rule(Frequency frequency, int64_t interval = 1, std::vector<int64_t> weekdays = {}, bool fromCompletion = false) {
     return {frequency, interval, std::move(weekdays), fromCompletion};
 }
 
@@ -41,47 +36,25 @@ TEST(Occurrences, Rules) {
         const char* expected;
         const Calendar& calendar = amsterdam();
     } cases[] = {
-        {"every other day",
-         rule(Frequency::daily, 2),
-         {2026, 3, 1, 9, 0},
-         "2026-03-10 12:00",
-         2,
-         "2026-03-11 09:00, 2026-03-13 09:00"},
-        {"an interval of 0 is 1",
-         rule(Frequency::daily, 0),
-         {2026, 3, 1, 9, 0},
-         "2026-03-10 12:00",
-         2,
-         "2026-03-11 09:00, 2026-03-12 09:00"},
-        {"09:00 stays 09:00 over the clock change",
-         rule(Frequency::daily),
-         {2026, 3, 27, 9, {}},
-         "2026-03-28 10:00",
-         2,
+        // clang-format off
+        {"every other day", rule(Frequency::daily, 2), {2026, 3, 1, 9, 0}, "2026-03-10 12:00", 2, "2026-03-11 09:00, 2026-03-13 09:00"},
+        {"an interval of 0 is 1", rule(Frequency::daily, 0), {2026, 3, 1, 9, 0}, "2026-03-10 12:00", 2, "2026-03-11 09:00, 2026-03-12 09:00"},
+        {"09:00 stays 09:00 over the clock change", rule(Frequency::daily), {2026, 3, 27, 9, {}}, "2026-03-28 10:00", 2,
          "2026-03-29 09:00, 2026-03-30 09:00"},
         {"date only: from the day after", rule(Frequency::daily), day(2026, 3, 1), "2026-03-05 00:01", 1, "2026-03-06"},
-        {"weekly on Monday and Wednesday",
-         rule(Frequency::weekly, 1, {2, 4}),
-         {2026, 3, 4, 9, 0},
-         "2026-03-04 08:00",
-         3,
+        {"Monday and Wednesday", rule(Frequency::weekly, 1, {2, 4}), {2026, 3, 4, 9, 0}, "2026-03-04 08:00", 3,
          "2026-03-04 09:00, 2026-03-09 09:00, 2026-03-11 09:00"},
-        {"every other week from a Sunday, weeks from Sunday", rule(Frequency::weekly, 2, {1, 2}), day(2026, 3, 8),
-         "2026-03-07 12:00", 4, "2026-03-08, 2026-03-09, 2026-03-22, 2026-03-23"},
-        {"every other week from a Sunday, weeks from Monday", rule(Frequency::weekly, 2, {1, 2}), day(2026, 3, 8),
-         "2026-03-07 12:00", 4, "2026-03-08, 2026-03-16, 2026-03-22, 2026-03-30", mondayFirst},
-        {"every week without weekdays",
-         rule(Frequency::weekly),
-         {2026, 3, 4, 9, 0},
-         "2026-03-20 12:00",
-         1,
-         "2026-03-25 09:00"},
-        {"monthly on the 31st: months that have one", rule(Frequency::monthly), day(2026, 1, 31), "2026-01-30 12:00", 5,
+        {"every other week, weeks from Sunday", rule(Frequency::weekly, 2, {1, 2}), day(2026, 3, 8), "2026-03-07 12:00", 4,
+         "2026-03-08, 2026-03-09, 2026-03-22, 2026-03-23"},
+        {"every other week, weeks from Monday", rule(Frequency::weekly, 2, {1, 2}), day(2026, 3, 8), "2026-03-07 12:00", 4,
+         "2026-03-08, 2026-03-16, 2026-03-22, 2026-03-30", mondayFirst},
+        {"weekly without weekdays", rule(Frequency::weekly), {2026, 3, 4, 9, 0}, "2026-03-20 12:00", 1, "2026-03-25 09:00"},
+        {"the 31st: months that have one", rule(Frequency::monthly), day(2026, 1, 31), "2026-01-30 12:00", 5,
          "2026-01-31, 2026-03-31, 2026-05-31, 2026-07-31, 2026-08-31"},
-        {"yearly on 29 February: leap years", rule(Frequency::yearly), day(2024, 2, 29), "2024-02-29 12:00", 1,
-         "2028-02-29"},
+        {"29 February: leap years", rule(Frequency::yearly), day(2024, 2, 29), "2024-02-29 12:00", 1, "2028-02-29"},
         {"no day, no occurrences", rule(Frequency::daily), {2026, 3, {}, {}, {}}, "2026-03-01 12:00", 3, ""},
         {"a count of 0", rule(Frequency::daily), day(2026, 3, 1), "2026-03-01 12:00", 0, ""},
+        // clang-format on
     };
     for (const auto& c : cases)
         EXPECT_EQ(show(VeskNag::occurrences(c.rule, c.due, at(c.after), c.count, c.calendar)), c.expected) << c.what;
@@ -89,17 +62,12 @@ TEST(Occurrences, Rules) {
 
 TEST(Occurrences, AWalkStartsNearWhereItIsWanted) {
     std::vector<DateComponents> visited;
-    VeskNag::forEachOccurrence(rule(Frequency::daily, 2), {2026, 3, 1, 9, 0}, at("2026-03-10 12:00"), amsterdam(),
-                               [&](const DateComponents& next) {
-                                   visited.push_back(next);
-                                   return visited.size() < 3;
-                               });
+    auto firstThree = [&](const DateComponents& next) { return visited.push_back(next), visited.size() < 3; };
+    VeskNag::forEachOccurrence(rule(Frequency::daily, 2), {2026, 3, 1, 9, 0}, at("2026-03-10 12:00"), amsterdam(), firstThree);
     EXPECT_EQ(show(visited), "2026-03-07 09:00, 2026-03-09 09:00, 2026-03-11 09:00");
-
     visited.clear();
-    VeskNag::forEachOccurrence(rule(Frequency::monthly), day(2016, 3, 14), at("2026-03-14 12:00"), amsterdam(),
-                               [&](const DateComponents& next) { return visited.push_back(next), false; });
-    EXPECT_EQ(show(visited), "2025-11-14") << "months count as 31 days: a little early, not ten years early";
+    VeskNag::forEachOccurrence(rule(Frequency::monthly), day(2016, 3, 14), at("2026-03-14 12:00"), amsterdam(), firstThree);
+    EXPECT_EQ(show(visited), "2025-11-14, 2025-12-14, 2026-01-14") << "a little early, not ten years early";
 }
 
 TEST(Occurrences, NextDue) {
@@ -107,27 +75,16 @@ TEST(Occurrences, NextDue) {
         const char* what;
         Recurrence rule;
         DateComponents due;
-        const char* completed;
-        const char* expected;
+        const char *completed, *expected;
     } cases[] = {
-        {"completed early skips only the one due",
-         rule(Frequency::daily),
-         {2026, 3, 14, 17, 0},
-         "10:00",
-         "2026-03-15 17:00"},
-        {"completed late skips all that passed",
-         rule(Frequency::daily),
-         {2026, 3, 11, 9, 0},
-         "10:00",
-         "2026-03-15 09:00"},
-        {"from completion, every other week",
-         rule(Frequency::weekly, 2, {4}, true),
-         {2026, 3, 1, 9, 0},
-         "2026-03-03 18:00",
+        // clang-format off
+        {"early: skips only the one due", rule(Frequency::daily), {2026, 3, 14, 17, 0}, "10:00", "2026-03-15 17:00"},
+        {"late: skips all that passed", rule(Frequency::daily), {2026, 3, 11, 9, 0}, "10:00", "2026-03-15 09:00"},
+        {"from completion, every other week", rule(Frequency::weekly, 2, {4}, true), {2026, 3, 1, 9, 0}, "2026-03-03 18:00",
          "2026-03-17 09:00"},
-        {"from completion on the 31st: the end of February", rule(Frequency::monthly, 1, {}, true), day(2026, 1, 31),
-         "2026-01-31 20:00", "2026-02-28"},
+        {"from completion on the 31st", rule(Frequency::monthly, 1, {}, true), day(2026, 1, 31), "2026-01-31 20:00", "2026-02-28"},
         {"a due date that makes no date", rule(Frequency::daily), {int64_t{1} << 40, 1, 1, {}, {}}, "10:00", ""},
+        // clang-format on
     };
     for (const auto& c : cases) {
         auto next = VeskNag::nextDue(c.rule, c.due, at(c.completed), amsterdam());

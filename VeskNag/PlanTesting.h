@@ -34,17 +34,14 @@ inline DateComponents day(int64_t year, int64_t month, int64_t day) { return {ye
 // The reverse of `at`: the date only when it isn't 14 March, the seconds only when set.
 inline std::string text(Date date) {
     DateComponents c = amsterdam().components(date);
-    int64_t second = amsterdam().component(CalendarComponent::second, date);
-    char buffer[40];
-    std::string day = *c.month == 3 && *c.day == 14 && *c.year == 2026
-                          ? ""
-                          : (std::snprintf(buffer, sizeof buffer, "%04lld-%02lld-%02lld ", (long long)*c.year,
-                                           (long long)*c.month, (long long)*c.day),
-                             buffer);
-    std::snprintf(buffer, sizeof buffer, "%02lld:%02lld", (long long)*c.hour, (long long)*c.minute);
-    std::string result = day + buffer;
-    if (second) result += std::string(":") + (second < 10 ? "0" : "") + std::to_string(second);
-    return result;
+    int second = static_cast<int>(amsterdam().component(CalendarComponent::second, date));
+    char buffer[48];
+    int length = *c.year == 2026 && *c.month == 3 && *c.day == 14
+                     ? 0
+                     : std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d ", int(*c.year), int(*c.month), int(*c.day));
+    length += std::snprintf(buffer + length, sizeof buffer - length, "%02d:%02d", int(*c.hour), int(*c.minute));
+    if (second) std::snprintf(buffer + length, sizeof buffer - length, ":%02d", second);
+    return buffer;
 }
 
 // Alerts as "09:30 n2, 09:45 t3, 10:00 a4 key": time, level (n, t, a), ordinal, and the

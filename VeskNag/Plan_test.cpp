@@ -39,10 +39,6 @@ TEST(Plan, AlertsOfOneMinuteArriveOneByOneInADailyOrder) {
         context.settings.stagger = c.stagger;
         EXPECT_EQ(brief(VeskNag::plan(c.items, context), true), c.plan) << c.what;
     }
-    PlanContext context = PlanTesting::context(at("09:00"));
-    context.settings.stagger = 20;
-    auto alerts = VeskNag::series(items[0], context);
-    EXPECT_EQ(VeskNag::staggered(alerts, context), alerts) << "one alert alone keeps its date";
 }
 
 TEST(Plan, KeepsThisDevicesEarliestShare) {
