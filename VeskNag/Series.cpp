@@ -87,8 +87,8 @@ std::vector<PlannedAlert> series(const NagItem& item, const PlanContext& context
 }
 
 std::vector<PlannedAlert> staggered(std::vector<PlannedAlert> alerts, const PlanContext& context) {
-    stagger(
-        alerts, [](const PlannedAlert& alert) -> const std::string& { return alert.key; }, context);
+    auto keyOf = [](const PlannedAlert& alert) -> const std::string& { return alert.key; };
+    stagger(alerts, keyOf, context);
     return alerts;
 }
 
