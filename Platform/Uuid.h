@@ -11,4 +11,7 @@ struct Uuid {
     bool operator==(const Uuid&) const = default;
 
     std::string text() const;
+
+    // A random identifier (version 4), from the kernel's random source.
+    static Uuid random();
 };

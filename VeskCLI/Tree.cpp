@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/Version.h"
 #include "VeskCLI/Commands.h"
 
 using namespace ArgumentParser;
@@ -105,7 +106,7 @@ struct Tree {
             "Add is the default: `vesk call the dentist at 9, nag me every 15 minutes`.\n"
             "Every command takes --json (schema 1). Exit status: 0 ok, 1 invalid, 2 not found, 3 permission, "
             "4 partial write, 5 Vesk app unreachable.";
-        configuration.version = "0.2.0";
+        configuration.version = veskVersion;
         return configuration;
     }
 };

@@ -1,0 +1,70 @@
+#include "VeskApp/Config.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include "Platform/Text.h"
+
+namespace {
+
+std::vector<std::string> names(std::string_view text) {
+    std::vector<std::string> result;
+    size_t start = 0;
+    while (start <= text.size()) {
+        size_t comma = std::min(text.find(',', start), text.size());
+        std::string name = Text::trimBlanks(text.substr(start, comma - start));
+        if (!name.empty()) result.push_back(name);
+        start = comma + 1;
+    }
+    return result;
+}
+
+}  // namespace
+
+std::variant<Config, std::string> Config::parse(std::string_view text) {
+    Config config;
+    size_t number = 0;
+    for (size_t start = 0; start < text.size();) {
+        size_t end = std::min(text.find('\n', start), text.size());
+        std::string_view line = text.substr(start, end - start);
+        start = end + 1;
+        ++number;
+        auto problem = [&](const std::string& what) { return "config:" + std::to_string(number) + ": " + what; };
+        if (size_t hash = line.find('#'); hash != std::string_view::npos) line = line.substr(0, hash);
+        std::string trimmed = Text::trimWhitespaceAndNewlines(line);
+        if (trimmed.empty()) continue;
+        size_t equals = trimmed.find('=');
+        if (equals == std::string::npos) return problem("expected key = value, found \u201c" + trimmed + "\u201d");
+        std::string key = Text::trimBlanks(std::string_view(trimmed).substr(0, equals));
+        std::string value = Text::trimBlanks(std::string_view(trimmed).substr(equals + 1));
+        if (key == "device-name") {
+            if (value.empty()) return problem("device-name needs a name");
+            config.deviceName = value;
+        } else if (key == "relay-only") {
+            if (value != "true" && value != "false") return problem("relay-only is true or false, not \u201c" + value + "\u201d");
+            config.relayOnly = value == "true";
+        } else if (key == "default-list") {
+            if (value.empty()) return problem("default-list needs a list name");
+            config.defaultList = value;
+        } else if (key == "ignored-lists") {
+            config.ignoredLists = names(value);
+        } else {
+            return problem("unknown key \u201c" + key + "\u201d");
+        }
+    }
+    return config;
+}
+
+std::variant<Config, std::string> Config::load(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        if (errno == ENOENT) return Config{};
+        return "config: can't read " + path + ": " + std::strerror(errno);
+    }
+    std::ostringstream text;
+    text << file.rdbuf();
+    if (file.bad()) return "config: can't read " + path + ": " + std::strerror(errno);
+    return parse(text.str());
+}

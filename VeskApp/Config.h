@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+// The app's settings of this machine, from `key = value` lines with `#` comments. The nag
+// settings are not here: they live in the store and change through `vesk settings set`.
+struct Config {
+    std::optional<std::string> deviceName;  // device-name; else the host name
+    bool relayOnly = false;                 // relay-only: true or false
+    std::optional<std::string> defaultList; // default-list
+    std::vector<std::string> ignoredLists;  // ignored-lists, comma-separated
+
+    bool operator==(const Config&) const = default;
+
+    // The config a text gives, or "config:LINE: what is wrong" for the first line it can't use.
+    static std::variant<Config, std::string> parse(std::string_view text);
+    // The file's config; a missing file gives the defaults, an unreadable one an error.
+    static std::variant<Config, std::string> load(const std::string& path);
+};

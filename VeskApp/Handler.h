@@ -1,0 +1,66 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "Platform/Calendar.h"
+#include "Platform/Date.h"
+#include "VeskApp/Activity.h"
+#include "VeskApp/Config.h"
+#include "VeskApp/Store.h"
+#include "VeskIPC/Wire.h"
+
+// Answers the requests of `vesk` from the store, with the grammar, the planner and the
+// listing. May run on several threads at once; changes to the store run one at a time.
+class Handler {
+public:
+    // What the handler asks of the world, so that tests can pin it.
+    struct World {
+        std::function<Date()> now;
+        std::function<Calendar()> calendar;           // the user's, at this moment
+        std::function<std::string()> notifications;  // "granted" or "unavailable"
+        std::function<void()> changed;               // after every change that was saved
+    };
+
+    Handler(Store& store, Config config, Activity& activity, World world);
+
+    // The answer; refusals are thrown as WireError.
+    Response answer(const Request& request);
+
+    // The actions of a notification, by the reminder's key: done as `vesk done` does it,
+    // and the one-gesture snooze. Refusals are thrown as WireError.
+    void complete(const std::string& key);
+    void snoozeOnce(const std::string& key);
+
+private:
+    struct Moment {
+        Date now;
+        Calendar calendar;
+    };
+
+    Response add(const Request::Add& add, const Moment& moment);
+    Response list(Request::Section section, const Moment& moment);
+    Response done(const std::string& reference, const Moment& moment);
+    Response snooze(const Request::Snooze& snooze, const Moment& moment);
+    Response remove(const std::string& reference, const Moment& moment);
+    Response addPlace(const Request::AddPlace& add);
+    Response removePlace(const std::string& name);
+    Response setSetting(const Request::SetSetting& set);
+    Response lists();
+    Response places();
+    Response settings();
+    Response doctor();
+
+    void complete(const std::string& key, const Moment& moment);
+    void snoozeUntil(const std::string& key, Date until);
+    std::vector<ReminderDTO> rows(const StoreData& data, const Moment& moment) const;
+    ReminderDTO resolve(const std::string& reference, const Moment& moment) const;
+    // Saves `change` with this device's record, and tells the world.
+    std::shared_ptr<const StoreData> change(const std::function<void(StoredReminder&)>& change, const std::string& key);
+    std::shared_ptr<const StoreData> change(const std::function<void(StoreData&)>& change);
+
+    Store& store_;
+    const Config config_;
+    Activity& activity_;
+    World world_;
+};

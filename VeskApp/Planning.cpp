@@ -1,0 +1,71 @@
+#include "VeskApp/Planning.h"
+
+#include "Platform/Text.h"
+#include "VeskIPC/Listing.h"
+#include "VeskNag/Board.h"
+
+namespace Planning {
+
+bool isIgnored(const StoredList& list, const Config& config) {
+    if (list.ignored) return true;
+    for (const auto& name : config.ignoredLists)
+        if (Text::equalsIgnoringCase(name, list.name)) return true;
+    return false;
+}
+
+NagItem item(const StoredReminder& reminder) {
+    const ReminderMeta& meta = reminder.meta;
+    return NagItem{.key = reminder.key,
+                   .title = reminder.title,
+                   .due = reminder.due,
+                   .isCompleted = reminder.completed,
+                   .style = meta.style,
+                   .trigger = meta.trigger,
+                   .triggeredAt = meta.triggeredAt,
+                   .gate = meta.gate,
+                   .deviceGate = meta.deviceGate,
+                   .startReminding = meta.startReminding,
+                   .snoozedUntil = meta.snooze ? std::optional(meta.snooze->until) : std::nullopt,
+                   .firstSeen = meta.firstSeen,
+                   .recurrence = reminder.recurrence,
+                   .hideDaysBefore = meta.hideDaysBefore};
+}
+
+std::vector<NagItem> items(const StoreData& data, const Config& config) {
+    std::vector<NagItem> result;
+    result.reserve(data.reminders.size());
+    for (const auto& [key, reminder] : data.reminders) {
+        if (reminder.completed) continue;
+        auto list = data.lists.find(reminder.list);
+        if (list != data.lists.end() && isIgnored(list->second, config)) continue;
+        result.push_back(item(reminder));
+    }
+    return result;
+}
+
+PlanContext context(const StoreData& data, const Device& me, Date now, const Calendar& calendar, double horizon,
+                    int64_t limit) {
+    return PlanContext{.now = now,
+                       .calendar = calendar,
+                       .settings = data.settings,
+                       .me = me,
+                       .devices = {me},
+                       .inside = {},
+                       .arrivedAt = {},
+                       .horizon = horizon,
+                       .limit = limit,
+                       .activeWindow = PlanContext::defaultActiveWindow};
+}
+
+std::vector<ReminderDTO> rows(const StoreData& data, const Config& config, const Device& me, Date now,
+                              const Calendar& calendar) {
+    std::map<std::string, std::string> lists;
+    for (const auto& [key, reminder] : data.reminders) {
+        auto list = data.lists.find(reminder.list);
+        if (list != data.lists.end()) lists.emplace(key, list->second.name);
+    }
+    const PlanContext context = Planning::context(data, me, now, calendar);
+    return Listing::reminders(VeskNag::board(items(data, config), context), lists, now, calendar);
+}
+
+}  // namespace Planning

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <vector>
+
+#include "Platform/Calendar.h"
+#include "Platform/Date.h"
+#include "VeskApp/Config.h"
+#include "VeskApp/Store.h"
+#include "VeskIPC/Wire.h"
+#include "VeskNag/PlanContext.h"
+#include "VeskNag/PlannedAlert.h"
+
+// The store as the planner and the listing see it.
+namespace Planning {
+
+constexpr double horizon = 24 * 3600;
+constexpr int64_t limit = 500;
+
+bool isIgnored(const StoredList& list, const Config& config);
+// The open reminders of the lists that are not ignored.
+std::vector<NagItem> items(const StoreData& data, const Config& config);
+NagItem item(const StoredReminder& reminder);
+
+// Until devices sync, this device is the only one.
+PlanContext context(const StoreData& data, const Device& me, Date now, const Calendar& calendar,
+                    double horizon = Planning::horizon, int64_t limit = Planning::limit);
+
+// The numbered rows of `vesk now` and `vesk later`, freshly computed.
+std::vector<ReminderDTO> rows(const StoreData& data, const Config& config, const Device& me, Date now,
+                              const Calendar& calendar);
+
+}  // namespace Planning

@@ -1,0 +1,273 @@
+#include "VeskApp/Store.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <iostream>
+
+#include <nlohmann/json.hpp>
+
+#include "Platform/Json.h"
+#include "Platform/JsonDocument.h"
+#include "Platform/Uuid.h"
+#include "VeskIPC/Wire.h"
+
+namespace {
+
+const char* const schema = R"(
+CREATE TABLE lists (id TEXT PRIMARY KEY, name TEXT NOT NULL, ignored INTEGER NOT NULL DEFAULT 0);
+CREATE TABLE reminders (
+    key TEXT PRIMARY KEY,
+    title TEXT NOT NULL,
+    due TEXT,
+    completed INTEGER NOT NULL DEFAULT 0,
+    completedAt REAL,
+    list TEXT NOT NULL REFERENCES lists(id),
+    recurrence TEXT,
+    meta TEXT NOT NULL);
+CREATE TABLE places (key TEXT PRIMARY KEY, place TEXT NOT NULL);
+CREATE TABLE facts (name TEXT PRIMARY KEY, value TEXT NOT NULL);
+)";
+
+std::string compact(const Json& json) {
+    auto text = JsonText::compact(json);
+    if (!text) throw WireError{WireError::Code::invalid, "Vesk can't save a value that isn't a finite number."};
+    return *text;
+}
+
+// Decodes one stored JSON text with `decode`; absent when the text doesn't hold one.
+template <class Decode>
+auto decoded(const std::string& text, Decode decode) -> std::optional<decltype(decode(std::declval<JsonDecoder>()))> {
+    auto document = JsonDocument::parse(text);
+    if (!document) return std::nullopt;
+    try {
+        return decode(JsonDecoder(*document));
+    } catch (const DecodeError&) {
+        return std::nullopt;
+    }
+}
+
+Json deviceJson(const DeviceRecord& device) {
+    Json json = {{"id", device.id}};
+    if (device.lastActive) json["lastActive"] = device.lastActive->seconds;
+    if (device.activeSince) json["activeSince"] = device.activeSince->seconds;
+    return json;
+}
+
+DeviceRecord deviceFromJson(const JsonDecoder& json) {
+    DeviceRecord device{json["id"].string(), {}, {}};
+    if (auto value = json.optional("lastActive")) device.lastActive = Date{value->number()};
+    if (auto value = json.optional("activeSince")) device.activeSince = Date{value->number()};
+    return device;
+}
+
+void skipped(const std::string& what) { std::cerr << "vesk-app: skipped a stored " << what << " it can't read\n"; }
+
+// A database that is newer than this program, or not a database at all, is left alone.
+std::string unusable(const std::string& path, const std::string& reason) {
+    return "Vesk can't use its store " + path + ": " + reason;
+}
+
+}  // namespace
+
+Store::Store(const std::string& path, Database::Mode mode) : path_(path) {
+    try {
+        open(mode);
+    } catch (const SqliteError& error) {
+        database_.reset();
+        failure_ = unusable(path_, error.what());
+    } catch (const std::filesystem::filesystem_error& error) {
+        database_.reset();
+        failure_ = unusable(path_, error.code().message());
+    }
+}
+
+Store::~Store() = default;
+
+std::optional<std::string> Store::failure() const {
+    std::lock_guard guard(lock_);
+    return failure_;
+}
+
+std::shared_ptr<const StoreData> Store::data() const {
+    std::lock_guard guard(lock_);
+    if (failure_) throw WireError{WireError::Code::permission, *failure_ + "."};
+    return data_;
+}
+
+void Store::open(Database::Mode mode) {
+    namespace fs = std::filesystem;
+    bool existed = fs::exists(path_);
+    if (mode == Database::Mode::readWrite && !existed) {
+        fs::path directory = fs::path(path_).parent_path();
+        fs::create_directories(directory);
+        fs::permissions(directory, fs::perms::owner_all);
+    }
+    database_ = std::make_unique<Database>(path_, mode);
+    if (!existed && mode == Database::Mode::readWrite) chmod(path_.c_str(), 0600);
+
+    // Read before anything is written: a newer or foreign file must stay as it is.
+    const int64_t version = database_->pragma("user_version");
+    if (version > schemaVersion) {
+        throw SqliteError(0, "it was written by a newer version of Vesk (schema " + std::to_string(version) +
+                                 "; this one reads up to " + std::to_string(schemaVersion) + "); it is left as it is");
+    }
+    if (mode == Database::Mode::readWrite) {
+        database_->execute("PRAGMA journal_mode=WAL");
+        database_->execute("PRAGMA synchronous=FULL");
+        database_->execute("PRAGMA foreign_keys=ON");
+        if (version == 0) {
+            // First run: the schema, the default list, the settings' defaults and this device.
+            Database::Transaction transaction(*database_);
+            database_->execute(schema);
+            StoreData first;
+            StoredList list{Uuid::random().text(), "Reminders", false};
+            first.lists[list.id] = list;
+            first.defaultList = list.id;
+            first.device.id = Uuid::random().text();
+            save(StoreData{}, first);
+            database_->execute("PRAGMA user_version = " + std::to_string(schemaVersion));
+            transaction.commit();
+        }
+    }
+
+    auto data = std::make_shared<StoreData>();
+    if (version == 0 && mode == Database::Mode::readOnly) {
+        data_ = data;
+        return;
+    }
+    for (Statement rows = database_->prepare("SELECT id, name, ignored FROM lists"); rows.step();)
+        data->lists[rows.text(0)] = StoredList{rows.text(0), rows.text(1), rows.integer(2) != 0};
+
+    Statement rows =
+        database_->prepare("SELECT key, title, due, completed, completedAt, list, recurrence, meta FROM reminders");
+    while (rows.step()) {
+        StoredReminder reminder;
+        reminder.key = rows.text(0);
+        reminder.title = rows.text(1);
+        reminder.completed = rows.integer(3) != 0;
+        if (!rows.isNull(4)) reminder.completedAt = Date{rows.real(4)};
+        reminder.list = rows.text(5);
+        auto meta = decoded(rows.text(7), ReminderMeta::fromJson);
+        auto due = rows.isNull(2) ? std::nullopt : decoded(rows.text(2), dateComponentsFromJson);
+        auto recurrence = rows.isNull(6) ? std::nullopt : decoded(rows.text(6), Recurrence::fromJson);
+        if (!meta || (!rows.isNull(2) && !due) || (!rows.isNull(6) && !recurrence)) {
+            // Left in the file as it is; only a change to the reminder would write it.
+            skipped("reminder");
+            continue;
+        }
+        reminder.meta = *meta;
+        reminder.due = due;
+        reminder.recurrence = recurrence;
+        data->reminders.emplace(reminder.key, std::move(reminder));
+    }
+
+    for (Statement places = database_->prepare("SELECT key, place FROM places"); places.step();) {
+        if (auto place = decoded(places.text(1), Place::fromJson)) {
+            data->places.emplace(places.text(0), *place);
+        } else {
+            skipped("place");
+        }
+    }
+
+    for (Statement facts = database_->prepare("SELECT name, value FROM facts"); facts.step();) {
+        std::string name = facts.text(0), value = facts.text(1);
+        if (name == "settings") {
+            if (auto settings = decoded(value, NagSettings::fromJson)) data->settings = *settings;
+        } else if (name == "defaultList") {
+            data->defaultList = value;
+        } else if (name == "device") {
+            if (auto device = decoded(value, deviceFromJson)) data->device = *device;
+        } else if (name == "deliveredUpTo") {
+            if (auto moment = decoded(value, [](const JsonDecoder& json) { return json.number(); }))
+                data->deliveredUpTo = Date{*moment};
+        }
+    }
+    data_ = std::move(data);
+}
+
+std::shared_ptr<const StoreData> Store::change(const std::function<void(StoreData&)>& change) {
+    std::lock_guard writing(writing_);
+    std::shared_ptr<const StoreData> before = data();
+    auto after = std::make_shared<StoreData>(*before);
+    change(*after);
+    if (*after == *before) return before;
+    try {
+        Database::Transaction transaction(*database_);
+        save(*before, *after);
+        transaction.commit();
+    } catch (const SqliteError& error) {
+        throw WireError{WireError::Code::permission, "Vesk couldn't save to " + path_ + ": " + error.what() + "."};
+    }
+    std::lock_guard guard(lock_);
+    data_ = after;
+    return after;
+}
+
+// Writes the rows and facts in which `after` differs from `before`.
+void Store::save(const StoreData& before, const StoreData& after) {
+    auto saveEach = [](const auto& old, const auto& now, auto write, auto erase) {
+        for (const auto& [key, value] : now) {
+            auto found = old.find(key);
+            if (found == old.end() || !(found->second == value)) write(key, value);
+        }
+        for (const auto& [key, value] : old)
+            if (!now.count(key)) erase(key);
+    };
+    saveEach(
+        before.lists, after.lists,
+        [&](const std::string& id, const StoredList& list) {
+            database_
+                ->prepare("INSERT INTO lists (id, name, ignored) VALUES (?1, ?2, ?3) "
+                          "ON CONFLICT (id) DO UPDATE SET name = ?2, ignored = ?3")
+                .bind(1, id)
+                .bind(2, list.name)
+                .bind(3, int64_t{list.ignored})
+                .run();
+        },
+        [&](const std::string& id) { database_->prepare("DELETE FROM lists WHERE id = ?1").bind(1, id).run(); });
+    saveEach(
+        before.reminders, after.reminders,
+        [&](const std::string& key, const StoredReminder& reminder) {
+            Statement statement = database_->prepare(
+                "INSERT INTO reminders (key, title, due, completed, completedAt, list, recurrence, meta) "
+                "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8) ON CONFLICT (key) DO UPDATE SET title = ?2, due = ?3, "
+                "completed = ?4, completedAt = ?5, list = ?6, recurrence = ?7, meta = ?8");
+            statement.bind(1, key).bind(2, reminder.title);
+            if (reminder.due) statement.bind(3, compact(toJson(*reminder.due)));
+            else statement.bind(3, std::nullopt);
+            statement.bind(4, int64_t{reminder.completed});
+            if (reminder.completedAt) statement.bind(5, reminder.completedAt->seconds);
+            else statement.bind(5, std::nullopt);
+            statement.bind(6, reminder.list);
+            if (reminder.recurrence) statement.bind(7, compact(reminder.recurrence->toJson()));
+            else statement.bind(7, std::nullopt);
+            statement.bind(8, compact(reminder.meta.toJson())).run();
+        },
+        [&](const std::string& key) { database_->prepare("DELETE FROM reminders WHERE key = ?1").bind(1, key).run(); });
+    saveEach(
+        before.places, after.places,
+        [&](const std::string& key, const Place& place) {
+            database_
+                ->prepare("INSERT INTO places (key, place) VALUES (?1, ?2) ON CONFLICT (key) DO UPDATE SET place = ?2")
+                .bind(1, key)
+                .bind(2, compact(place.toJson()))
+                .run();
+        },
+        [&](const std::string& key) { database_->prepare("DELETE FROM places WHERE key = ?1").bind(1, key).run(); });
+
+    auto fact = [&](const char* name, const std::string& value) {
+        database_->prepare("INSERT INTO facts (name, value) VALUES (?1, ?2) ON CONFLICT (name) DO UPDATE SET value = ?2")
+            .bind(1, std::string_view(name))
+            .bind(2, value)
+            .run();
+    };
+    if (!(before.settings == after.settings)) fact("settings", compact(after.settings.toJson()));
+    if (before.defaultList != after.defaultList) fact("defaultList", after.defaultList);
+    if (!(before.device == after.device)) fact("device", compact(deviceJson(after.device)));
+    if (before.deliveredUpTo != after.deliveredUpTo && after.deliveredUpTo)
+        fact("deliveredUpTo", compact(Json(after.deliveredUpTo->seconds)));
+}
