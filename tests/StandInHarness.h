@@ -6,17 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "PrivateHome.h"
 #include "Process.h"
 #include "VeskIPC/Wire.h"
 
 // End-to-end tests of vesk against a stand-in app (tests/standin/StandIn.cpp).
 //
-// A harness gives its test a fresh home: the first harness of the process moves the
-// process into a private mount namespace, and each harness mounts an empty temporary
-// directory over the user's home directory there. vesk, the stand-in and the test
-// itself (VeskSocket::defaultPath() included) all see that directory as home; the
-// real home of whoever runs the tests is never touched. Needs root (or, failing that,
-// the right to make a user namespace).
+// A harness gives its test a fresh home (PrivateHome): vesk, the stand-in and the test
+// itself (VeskSocket::defaultPath() included) all see that directory as home.
 //
 //     StandInHarness app;
 //     app.start({StandInHarness::line(response)});          // answers the first request
@@ -73,9 +70,9 @@ public:
     std::map<std::string, std::string> environment;
 
 private:
+    PrivateHome private_;
     std::string base_;  // the temporary directory: home/, bin/, path/ and the stand-in's files
     std::string home_;
-    std::string realHome_;
     std::string vesk_ = VESK_BINARY;
     std::vector<pid_t> started_;
 };

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "PrivateHome.h"
+#include "Process.h"
+
+// End-to-end tests of vesk against the real vesk-app, in a fresh home (PrivateHome).
+//
+// Copies of vesk and vesk-app stand side by side in a bin/ folder, so that vesk launches
+// that vesk-app when nobody answers, as it would once installed. Every process runs
+// under faketime from the harness's moment (by default Wednesday 18 November 2026,
+// 10:00 in Amsterdam); vesk's clock stands still there, the app's runs on from it.
+//
+//     AppHarness app;
+//     app.start();                                   // or let vesk launch it
+//     ProcessResult added = app.vesk({"call", "the", "dentist", "at", "11"});
+//     ProcessResult now = app.vesk({"now"});
+//
+// Every vesk-app of the harness, started by it or by vesk, is stopped when it is destroyed.
+class AppHarness {
+public:
+    AppHarness();
+    ~AppHarness();
+    AppHarness(const AppHarness&) = delete;
+    AppHarness& operator=(const AppHarness&) = delete;
+
+    const std::string& home() const { return private_.home(); }
+    // ~/.local/share/vesk: the store and the lock.
+    std::string dataDirectory() const;
+    std::string appPath() const { return bin_ + "/vesk-app"; }
+
+    // The moment every process starts at, as faketime reads it: "2026-11-18 10:00:00".
+    std::string moment = "2026-11-18 10:00:00";
+    // What vesk and the app run with: testEnvironment(). Tests may add to it.
+    std::map<std::string, std::string> environment;
+
+    // Starts vesk-app in the foreground with `arguments`; returns once it listens. Throws
+    // when it doesn't within 10 seconds.
+    void start(const std::vector<std::string>& arguments = {});
+    // Stops every vesk-app of the harness (SIGTERM) and waits until they are gone.
+    void stop();
+    // SIGKILL to every vesk-app of the harness.
+    void kill();
+
+    // Runs vesk, or vesk-app to its end, under faketime.
+    ProcessResult vesk(const std::vector<std::string>& arguments) const;
+    ProcessResult app(const std::vector<std::string>& arguments) const;
+
+private:
+    std::vector<std::string> underFaketime(const std::string& program, const std::vector<std::string>& arguments) const;
+
+    PrivateHome private_;
+    std::string bin_;
+};
