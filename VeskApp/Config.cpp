@@ -1,9 +1,10 @@
 #include "VeskApp/Config.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 
 #include "Platform/Text.h"
 
@@ -58,13 +59,25 @@ std::variant<Config, std::string> Config::parse(std::string_view text) {
 }
 
 std::variant<Config, std::string> Config::load(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
+    int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
         if (errno == ENOENT) return Config{};
         return "config: can't read " + path + ": " + std::strerror(errno);
     }
-    std::ostringstream text;
-    text << file.rdbuf();
-    if (file.bad()) return "config: can't read " + path + ": " + std::strerror(errno);
-    return parse(text.str());
+    std::string text;
+    char buffer[4096];
+    for (;;) {
+        ssize_t n = read(fd, buffer, sizeof buffer);
+        if (n > 0) {
+            text.append(buffer, static_cast<size_t>(n));
+        } else if (n == 0) {
+            break;
+        } else if (errno != EINTR) {
+            std::string problem = "config: can't read " + path + ": " + std::strerror(errno);
+            close(fd);
+            return problem;
+        }
+    }
+    close(fd);
+    return parse(text);
 }

@@ -1,0 +1,142 @@
+#include "VeskApp/Store.h"
+
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "VeskIPC/Wire.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A fresh directory for the store, removed afterwards.
+class StoreTest : public testing::Test {
+protected:
+    void SetUp() override {
+        char name[] = "/tmp/vesk-store-XXXXXX";
+        ASSERT_TRUE(mkdtemp(name));
+        directory = name;
+        path = directory + "/data/vesk/vesk.db";
+    }
+    void TearDown() override { fs::remove_all(directory); }
+
+    static std::string bytes(const std::string& file) {
+        std::ostringstream text;
+        text << std::ifstream(file, std::ios::binary).rdbuf();
+        return text.str();
+    }
+    static int mode(const std::string& file) {
+        struct stat info {};
+        stat(file.c_str(), &info);
+        return info.st_mode & 0777;
+    }
+
+    std::string directory, path;
+};
+
+StoredReminder fullReminder(const std::string& list) {
+    StoredReminder reminder;
+    reminder.key = "6d3c2b1a-0000-4000-8000-000000000001";
+    reminder.title = "call mum";
+    reminder.due = DateComponents{2026, 11, 18, 18, 0};
+    reminder.list = list;
+    reminder.recurrence = Recurrence{Recurrence::Frequency::weekly, 2, {2, 4}, false};
+    reminder.meta = ReminderMeta(Style::repeatUntilDone(900), false, Date{800000000});
+    reminder.meta.trigger = PlaceTrigger{PlaceTrigger::Edge::leave, "work", 600};
+    reminder.meta.triggeredAt = Date{800000100.5};
+    reminder.meta.snooze = Snooze{Date{800003600}, DateComponents{2026, 11, 18, 18, 0}, std::nullopt};
+    return reminder;
+}
+
+TEST_F(StoreTest, FirstRunMakesAPrivateStoreWithADefaultList) {
+    Store store(path);
+    ASSERT_FALSE(store.failure()) << *store.failure();
+    auto data = store.data();
+    ASSERT_EQ(data->lists.size(), 1u);
+    EXPECT_EQ(data->lists.at(data->defaultList).name, "Reminders");
+    EXPECT_EQ(data->device.id.size(), 36u);
+    EXPECT_EQ(mode(path), 0600);
+    EXPECT_EQ(mode(fs::path(path).parent_path()), 0700);
+    EXPECT_EQ(Database(path, Database::Mode::readOnly).pragma("user_version"), Store::schemaVersion);
+}
+
+TEST_F(StoreTest, WhatAChangeSavedIsThereAfterReopening) {
+    StoreData saved;
+    {
+        Store store(path);
+        saved = *store.change([](StoreData& data) {
+            data.reminders["6d3c2b1a-0000-4000-8000-000000000001"] = fullReminder(data.defaultList);
+            data.places["home"] = Place{"p1", "Home", 52.37022, 4.89517, 150, "1 Main St"};
+            data.settings.stagger = 60;
+            data.settings.nightWindow.reset();
+            data.deliveredUpTo = Date{800000200.25};
+            data.device.lastActive = Date{800000300};
+        });
+        saved = *store.change([](StoreData& data) { data.reminders.begin()->second.completed = true; });
+    }
+    Store reopened(path);
+    EXPECT_EQ(*reopened.data(), saved);
+    EXPECT_TRUE(reopened.data()->reminders.begin()->second.completed);
+}
+
+TEST_F(StoreTest, AFailedChangeChangesNothing) {
+    Store store(path);
+    auto before = store.data();
+    EXPECT_THROW(store.change([](StoreData& data) {
+        data.reminders["k"] = fullReminder(data.defaultList);
+        throw WireError{WireError::Code::invalid, "no"};
+    }),
+                 WireError);
+    EXPECT_EQ(*store.data(), *before);
+    EXPECT_EQ(*Store(path).data(), *before);
+}
+
+TEST_F(StoreTest, FilesItCannotUseAreLeftAsTheyAre) {
+    fs::create_directories(fs::path(path).parent_path());
+    {
+        Database newer(path, Database::Mode::readWrite);
+        newer.execute("CREATE TABLE future (x); PRAGMA user_version = 7");
+    }
+    const std::pair<std::string, std::string> files[] = {
+        {bytes(path), "newer version of Vesk (schema 7"},
+        {std::string("this is no database, just text that someone put here. ", 4096), "file is not a database"},
+    };
+    for (const auto& [contents, reason] : files) {
+        std::ofstream(path, std::ios::binary | std::ios::trunc) << contents;
+        Store store(path);
+        ASSERT_TRUE(store.failure());
+        EXPECT_NE(store.failure()->find(path), std::string::npos) << *store.failure();
+        EXPECT_NE(store.failure()->find(reason), std::string::npos) << *store.failure();
+        EXPECT_THROW(store.data(), WireError);
+        EXPECT_THROW(store.change([](StoreData&) {}), WireError);
+        EXPECT_EQ(bytes(path), contents);
+    }
+}
+
+TEST_F(StoreTest, ReadingOnlyCreatesNothing) {
+    Store store(path, Database::Mode::readOnly);
+    EXPECT_TRUE(store.failure());
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(StoreTest, ARowItCannotReadIsSkippedAndKept) {
+    { Store store(path); }
+    {
+        Database database(path, Database::Mode::readWrite);
+        database.execute("INSERT INTO reminders (key, title, list, meta) VALUES ('bad', 'x', 'none', '{\"style\":7}')");
+    }
+    Store store(path);
+    EXPECT_FALSE(store.data()->reminders.count("bad"));
+    store.change([](StoreData& data) { data.settings.stagger = 120; });
+    Database file(path, Database::Mode::readOnly);
+    Statement row = file.prepare("SELECT meta FROM reminders WHERE key = 'bad'");
+    ASSERT_TRUE(row.step());
+    EXPECT_EQ(row.text(0), "{\"style\":7}");
+}
+
+}  // namespace
