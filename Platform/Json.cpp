@@ -7,7 +7,7 @@
 
 namespace {
 
-void writeString(std::string& out, const std::string& text) {
+void writeString(std::string& out, std::string_view text) {
     out += '"';
     for (char c : text) {
         switch (c) {
@@ -89,6 +89,8 @@ bool write(std::string& out, const Json& value, int indent) {
 }  // namespace
 
 namespace JsonText {
+
+void appendString(std::string& out, std::string_view text) { writeString(out, text); }
 
 std::optional<std::string> compact(const Json& value) {
     std::string out;

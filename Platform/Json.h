@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -20,5 +21,9 @@ std::optional<std::string> compact(const Json& value);
 // an integral value is written without a fraction, other doubles in their shortest
 // round-trip form. No line feed at the end. Absent when a number is not finite.
 std::optional<std::string> pretty(const Json& value);
+
+// Appends `text` as a JSON string, escaped as both forms escape it; for writers that
+// write a large message straight into its text.
+void appendString(std::string& out, std::string_view text);
 
 }  // namespace JsonText

@@ -106,7 +106,7 @@ TEST(WireResponse, RefusesMalformedMessagesWhole) {
 TEST(WireResponse, EveryRecordRoundTrips) {
     Response response;
     response.reminders = std::vector<ReminderDTO>{
-        reminderDTO(), ReminderDTO{4, "x-2", "milk", {}, "later", "waiting", {}, {}, "once", {}, {}, {}, ""}};
+        reminderDTO(), ReminderDTO{4, "x-2", "milk \"2%\"\n\u00e9\x01/", {}, "later", "waiting", {}, {}, "once", {}, {}, {}, ""}};
     response.reminder = reminderDTO();
     ParseOutput parse;
     parse.title = "milk";
@@ -121,6 +121,7 @@ TEST(WireResponse, EveryRecordRoundTrips) {
     const auto bytes = encodeWire(response);
     ASSERT_TRUE(bytes.has_value());
     EXPECT_EQ(decodeResponse(*bytes), response);
+    EXPECT_EQ(Json::parse(*bytes), response.toJson()) << "reminders written straight say what the tree says";
 }
 
 TEST(WireRecords, ExactShapes) {
