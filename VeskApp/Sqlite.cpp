@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <utility>
+
 namespace {
 
 [[noreturn]] void fail(sqlite3* database, int code) {
@@ -14,6 +16,9 @@ Statement::Statement(sqlite3* database, std::string_view sql) : database_(databa
     int code = sqlite3_prepare_v2(database, sql.data(), static_cast<int>(sql.size()), &statement_, nullptr);
     if (code != SQLITE_OK) fail(database, code);
 }
+
+Statement::Statement(Statement&& other) noexcept
+    : database_(other.database_), statement_(std::exchange(other.statement_, nullptr)) {}
 
 Statement::~Statement() { sqlite3_finalize(statement_); }
 
@@ -48,6 +53,7 @@ bool Statement::step() {
 void Statement::run() {
     while (step()) {
     }
+    sqlite3_reset(statement_);
 }
 
 bool Statement::isNull(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }

@@ -20,6 +20,7 @@ class Statement {
 public:
     Statement(sqlite3* database, std::string_view sql);
     ~Statement();
+    Statement(Statement&& other) noexcept;
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
 
@@ -34,7 +35,8 @@ public:
 
     // Steps once: true while a row is there to read.
     bool step();
-    // Runs to the end, for statements that return no rows.
+    // Runs to the end, for statements that return no rows, and makes the statement ready
+    // to run again with new bindings.
     void run();
 
     bool isNull(int column) const;

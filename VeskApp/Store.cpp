@@ -209,55 +209,53 @@ std::shared_ptr<const StoreData> Store::change(const std::function<void(StoreDat
 
 // Writes the rows and facts in which `after` differs from `before`.
 void Store::save(const StoreData& before, const StoreData& after) {
-    auto saveEach = [](const auto& old, const auto& now, auto write, auto erase) {
+    // Each kind of row has one statement to write it and one to delete it, prepared once.
+    auto saveEach = [&](const auto& old, const auto& now, const char* upsert, const char* erase, auto bind) {
+        std::optional<Statement> write, remove;
         for (const auto& [key, value] : now) {
             auto found = old.find(key);
-            if (found == old.end() || !(found->second == value)) write(key, value);
+            if (found != old.end() && found->second == value) continue;
+            if (!write) write.emplace(database_->prepare(upsert));
+            bind(*write, key, value);
+            write->run();
         }
-        for (const auto& [key, value] : old)
-            if (!now.count(key)) erase(key);
+        for (const auto& [key, value] : old) {
+            if (now.count(key)) continue;
+            if (!remove) remove.emplace(database_->prepare(erase));
+            remove->bind(1, key).run();
+        }
     };
-    saveEach(
-        before.lists, after.lists,
-        [&](const std::string& id, const StoredList& list) {
-            database_
-                ->prepare("INSERT INTO lists (id, name, ignored) VALUES (?1, ?2, ?3) "
-                          "ON CONFLICT (id) DO UPDATE SET name = ?2, ignored = ?3")
-                .bind(1, id)
-                .bind(2, list.name)
-                .bind(3, int64_t{list.ignored})
-                .run();
-        },
-        [&](const std::string& id) { database_->prepare("DELETE FROM lists WHERE id = ?1").bind(1, id).run(); });
-    saveEach(
-        before.reminders, after.reminders,
-        [&](const std::string& key, const StoredReminder& reminder) {
-            Statement statement = database_->prepare(
-                "INSERT INTO reminders (key, title, due, completed, completedAt, list, recurrence, meta) "
-                "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8) ON CONFLICT (key) DO UPDATE SET title = ?2, due = ?3, "
-                "completed = ?4, completedAt = ?5, list = ?6, recurrence = ?7, meta = ?8");
-            statement.bind(1, key).bind(2, reminder.title);
-            if (reminder.due) statement.bind(3, compact(toJson(*reminder.due)));
-            else statement.bind(3, std::nullopt);
-            statement.bind(4, int64_t{reminder.completed});
-            if (reminder.completedAt) statement.bind(5, reminder.completedAt->seconds);
-            else statement.bind(5, std::nullopt);
-            statement.bind(6, reminder.list);
-            if (reminder.recurrence) statement.bind(7, compact(reminder.recurrence->toJson()));
-            else statement.bind(7, std::nullopt);
-            statement.bind(8, compact(reminder.meta.toJson())).run();
-        },
-        [&](const std::string& key) { database_->prepare("DELETE FROM reminders WHERE key = ?1").bind(1, key).run(); });
-    saveEach(
-        before.places, after.places,
-        [&](const std::string& key, const Place& place) {
-            database_
-                ->prepare("INSERT INTO places (key, place) VALUES (?1, ?2) ON CONFLICT (key) DO UPDATE SET place = ?2")
-                .bind(1, key)
-                .bind(2, compact(place.toJson()))
-                .run();
-        },
-        [&](const std::string& key) { database_->prepare("DELETE FROM places WHERE key = ?1").bind(1, key).run(); });
+    saveEach(before.lists, after.lists,
+             "INSERT INTO lists (id, name, ignored) VALUES (?1, ?2, ?3) "
+             "ON CONFLICT (id) DO UPDATE SET name = ?2, ignored = ?3",
+             "DELETE FROM lists WHERE id = ?1", [](Statement& statement, const std::string& id, const StoredList& list) {
+                 statement.bind(1, id).bind(2, list.name).bind(3, int64_t{list.ignored});
+             });
+    saveEach(before.reminders, after.reminders,
+             "INSERT INTO reminders (key, title, due, completed, completedAt, list, recurrence, meta) "
+             "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8) ON CONFLICT (key) DO UPDATE SET title = ?2, due = ?3, "
+             "completed = ?4, completedAt = ?5, list = ?6, recurrence = ?7, meta = ?8",
+             "DELETE FROM reminders WHERE key = ?1",
+             [](Statement& statement, const std::string& key, const StoredReminder& reminder) {
+                 auto optionalJson = [](const auto& value) -> std::optional<std::string> {
+                     if (!value) return std::nullopt;
+                     if constexpr (std::is_same_v<std::decay_t<decltype(*value)>, DateComponents>) return compact(toJson(*value));
+                     else return compact(value->toJson());
+                 };
+                 statement.bind(1, key)
+                     .bind(2, reminder.title)
+                     .bind(3, optionalJson(reminder.due))
+                     .bind(4, int64_t{reminder.completed})
+                     .bind(5, reminder.completedAt ? std::optional(reminder.completedAt->seconds) : std::nullopt)
+                     .bind(6, reminder.list)
+                     .bind(7, optionalJson(reminder.recurrence))
+                     .bind(8, compact(reminder.meta.toJson()));
+             });
+    saveEach(before.places, after.places,
+             "INSERT INTO places (key, place) VALUES (?1, ?2) ON CONFLICT (key) DO UPDATE SET place = ?2",
+             "DELETE FROM places WHERE key = ?1", [](Statement& statement, const std::string& key, const Place& place) {
+                 statement.bind(1, key).bind(2, compact(place.toJson()));
+             });
 
     auto fact = [&](const char* name, const std::string& value) {
         database_->prepare("INSERT INTO facts (name, value) VALUES (?1, ?2) ON CONFLICT (name) DO UPDATE SET value = ?2")
