@@ -1,0 +1,208 @@
+// The real vesk-app holding 1,000 generated reminders of every kind, in a private home:
+//
+// - ListHandling: the app's own work for one `list` request in this process (the board,
+//   the listing and the encoding of the answer), without the socket;
+// - runs/version and runs/now: whole `vesk --version` and `vesk now` processes against the
+//   running app, one per repetition; read the medians against each other;
+// - Idle: the app's resident memory, and its wake-ups over 60 seconds (the context switches
+//   of all its threads) while the next alert is more than an hour away.
+//
+// Needs root (a private mount namespace over the home directory).
+//   build/bench/app_bench
+//   build/bench/app_bench --benchmark_filter=ListHandling
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include <benchmark/benchmark.h>
+
+#include "PrivateHome.h"
+#include "VeskApp/Activity.h"
+#include "VeskApp/Handler.h"
+#include "VeskApp/Store.h"
+#include "VeskIPC/Socket.h"
+#include "VeskNag/PlanTesting.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr size_t reminderCount = 1000;
+const char* const environment[] = {"TZ=Europe/Amsterdam", "LANG=en_US.UTF-8", "PATH=/usr/local/bin:/usr/bin:/bin"};
+
+Date benchNow() { return *PlanTesting::amsterdam().date({2026, 11, 18, 10, 0}); }
+
+// The generated reminders around `now` as the store keeps them; `quiet` puts every one on
+// the next day, with nothing snoozed or triggered, so that no alert comes within the hour.
+void fill(StoreData& data, Date now, bool quiet) {
+    std::optional<DateComponents> nextDay;
+    if (quiet) nextDay = PlanTesting::amsterdam().components(now.addingTimeInterval(86400 + 7200));
+    auto items = PlanTesting::mixedItems(reminderCount, now, 7, nextDay);
+    for (const NagItem& item : items) {
+        StoredReminder reminder;
+        reminder.key = item.key;
+        reminder.title = item.title;
+        reminder.due = item.due;
+        reminder.completed = item.isCompleted;
+        reminder.list = data.defaultList;
+        reminder.recurrence = item.recurrence;
+        reminder.meta = ReminderMeta(item.style, false, item.firstSeen);
+        reminder.meta.gate = item.gate;
+        reminder.meta.deviceGate = item.deviceGate;
+        reminder.meta.hideDaysBefore = item.hideDaysBefore;
+        if (!quiet) {
+            reminder.meta.trigger = item.trigger;
+            reminder.meta.triggeredAt = item.triggeredAt;
+            if (item.snoozedUntil) reminder.meta.snooze = Snooze{*item.snoozedUntil, item.due, item.due};
+        }
+        data.reminders[reminder.key] = reminder;
+    }
+}
+
+std::string databaseIn(const std::string& home) { return home + "/.local/share/vesk/vesk.db"; }
+
+void ListHandling(benchmark::State& state) {
+    char name[] = "/tmp/vesk-app-bench-XXXXXX";
+    if (!mkdtemp(name)) return state.SkipWithError("no temporary directory");
+    {
+        Store store(std::string(name) + "/vesk.db");
+        store.change([](StoreData& data) { fill(data, benchNow(), false); });
+        Activity activity("bench", false, store.data()->device);
+        Handler handler(store, Config{}, activity,
+                        Handler::World{benchNow, [] { return PlanTesting::amsterdam(); }, [] { return "granted"; }, {}});
+        const Request request{Request::List{state.range(0) ? Request::Section::all : Request::Section::now}};
+        size_t rows = 0, bytes = 0;
+        for (auto _ : state) {
+            Response response = handler.answer(request);
+            std::string encoded = encodeWire(response).value();
+            rows = response.reminders->size();
+            bytes = encoded.size();
+        }
+        state.counters["rows"] = static_cast<double>(rows);
+        state.counters["bytes"] = static_cast<double>(bytes);
+    }
+    fs::remove_all(name);
+}
+BENCHMARK(ListHandling)->ArgName("all")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+std::unique_ptr<PrivateHome> home;
+pid_t app = -1;
+
+int run(const std::vector<std::string>& argv) {
+    std::vector<char*> args;
+    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+    args.push_back(nullptr);
+    std::vector<char*> env;
+    for (const char* e : environment) env.push_back(const_cast<char*>(e));
+    env.push_back(nullptr);
+    pid_t pid = fork();
+    if (pid == 0) {
+        freopen("/dev/null", "w", stdout);
+        freopen("/dev/null", "w", stderr);
+        execve(args[0], args.data(), env.data());
+        _exit(127);
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+void runs(benchmark::State& state, std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), VESK_BINARY);
+    for (auto _ : state) {
+        auto begin = std::chrono::steady_clock::now();
+        int status = run(arguments);
+        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+        if (status != 0) return state.SkipWithError(("vesk exited with status " + std::to_string(status)).c_str());
+    }
+}
+BENCHMARK_CAPTURE(runs, version, std::vector<std::string>{"--version"})
+    ->Iterations(1)->Repetitions(100)->ReportAggregatesOnly(true)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(runs, now, std::vector<std::string>{"now"})
+    ->Iterations(1)->Repetitions(100)->ReportAggregatesOnly(true)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// The sum of a /proc status field over all threads of a process.
+double threadsSum(pid_t pid, const std::string& field) {
+    double total = 0;
+    for (const auto& task : fs::directory_iterator("/proc/" + std::to_string(pid) + "/task")) {
+        std::ifstream status(task.path() / "status");
+        for (std::string line; std::getline(status, line);)
+            if (line.rfind(field + ":", 0) == 0) total += std::stod(line.substr(field.size() + 1));
+    }
+    return total;
+}
+
+double residentMegabytes(pid_t pid) {
+    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("VmRSS:", 0) == 0) return std::stod(line.substr(6)) / 1024;
+    return 0;
+}
+
+pid_t startApp() {
+    pid_t pid = fork();
+    if (pid == 0) {
+        std::vector<char*> env;
+        for (const char* e : environment) env.push_back(const_cast<char*>(e));
+        env.push_back(nullptr);
+        freopen("/dev/null", "w", stderr);
+        char* args[] = {const_cast<char*>(VESK_APP_BINARY), nullptr};
+        execve(args[0], args, env.data());
+        _exit(127);
+    }
+    for (int i = 0; i < 500 && !SocketClient::isListening(VeskSocket::defaultPath()); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return pid;
+}
+
+void stopApp(pid_t pid) {
+    kill(pid, SIGTERM);
+    waitpid(pid, nullptr, 0);
+}
+
+void Idle(benchmark::State& state) {
+    for (auto _ : state) {
+        double resident = residentMegabytes(app);
+        stopApp(app);
+        Store(databaseIn(home->home())).change([](StoreData& data) {
+            data.reminders.clear();
+            fill(data, Date::now(), true);
+        });
+        app = startApp();
+        std::this_thread::sleep_for(std::chrono::seconds(2));
+        auto switches = [] {
+            return threadsSum(app, "voluntary_ctxt_switches") + threadsSum(app, "nonvoluntary_ctxt_switches");
+        };
+        double before = switches();
+        std::this_thread::sleep_for(std::chrono::seconds(60));
+        state.counters["wakeups_60s"] = switches() - before;
+        state.counters["resident_MB"] = resident;
+    }
+}
+
+BENCHMARK(Idle)->Iterations(1)->Unit(benchmark::kSecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        home = std::make_unique<PrivateHome>();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "app_bench: %s; run as root\n", error.what());
+        return 1;
+    }
+    Store(databaseIn(home->home())).change([](StoreData& data) { fill(data, Date::now(), false); });
+    app = startApp();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    stopApp(app);
+    home.reset();
+    return 0;
+}
