@@ -11,6 +11,7 @@
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 
+#include "Platform/Civil.h"
 #include "Platform/Text.h"
 
 namespace {
@@ -203,13 +204,14 @@ std::string relative(Date date, Date now, const Calendar& calendar) {
 std::string iso8601(Date date) {
     const double seconds = std::floor(date.unixSeconds());
     if (!(seconds > -6e13 && seconds < 2.5e14)) return "";
-    time_t whole = static_cast<time_t>(seconds);
-    tm utc{};
-    gmtime_r(&whole, &utc);
+    const auto whole = static_cast<int64_t>(seconds);
+    const int64_t days = Civil::floorDiv(whole, 86400), secondOfDay = whole - days * 86400;
+    const Civil::Day day = Civil::dayOf(days);
     std::string text;
-    Text::appendNumber(text, static_cast<int64_t>(utc.tm_year) + 1900, 4);
-    for (auto [separator, value] : {std::pair{'-', utc.tm_mon + 1}, {'-', utc.tm_mday}, {'T', utc.tm_hour},
-                                    {':', utc.tm_min}, {':', utc.tm_sec}}) {
+    text.reserve(20);
+    Text::appendNumber(text, day.year, 4);
+    for (auto [separator, value] : {std::pair{'-', day.month}, {'-', day.day}, {'T', secondOfDay / 3600},
+                                    {':', secondOfDay / 60 % 60}, {':', secondOfDay % 60}}) {
         text += separator;
         Text::appendNumber(text, value, 2);
     }

@@ -137,16 +137,18 @@ size_t characterCount(std::string_view text) {
 }
 
 void appendNumber(std::string& text, int64_t value, int width) {
-    char digits[24];
-    int count = 0;
+    char digits[48];
+    char* end = digits + sizeof digits;
+    char* at = end;
     uint64_t magnitude = value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
     do {
-        digits[count++] = static_cast<char>('0' + magnitude % 10);
+        *--at = static_cast<char>('0' + magnitude % 10);
         magnitude /= 10;
     } while (magnitude);
-    if (value < 0) text += '-';
-    for (int pad = width - count - (value < 0); pad > 0; --pad) text += '0';
-    while (count) text += digits[--count];
+    const int sign = value < 0 ? 1 : 0;
+    for (int pad = width - static_cast<int>(end - at) - sign; pad > 0 && at > digits + 1; --pad) *--at = '0';
+    if (sign) *--at = '-';
+    text.append(at, static_cast<size_t>(end - at));
 }
 
 std::string format(const char* pattern, ...) {
