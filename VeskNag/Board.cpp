@@ -49,11 +49,12 @@ namespace VeskNag {
 
 namespace {
 
-// An entry with what it is sorted by, worked out once.
+// What an entry is sorted by, worked out once, and where the entry waits. The entries
+// themselves are large, so they move only once, into their section.
 struct Placed {
     uint64_t hash = 0;  // day-salted, for the now section
     Date date;          // the later date
-    BoardEntry entry;
+    uint32_t entry = 0;
 };
 
 }  // namespace
@@ -87,19 +88,28 @@ bool satisfied(const DeviceGate& gate, const PlanContext& context) {
 Board board(const std::vector<NagItem>& items, const PlanContext& context) {
     const Date now = context.now;
     const uint64_t salt = stableHash(daySalt(now, context.calendar));
+    std::vector<BoardEntry> entries;
+    entries.reserve(items.size());
     std::vector<Placed> present, upcoming, hidden;
-    std::vector<BoardEntry> waiting;
+    std::vector<uint32_t> waiting;
+    auto place = [&](std::vector<Placed>& pool, uint64_t hash, Date date, const NagItem& item, BoardEntry::Status status) {
+        pool.push_back({hash, date, static_cast<uint32_t>(entries.size())});
+        entries.push_back({item, std::move(status)});
+    };
 
     for (const NagItem& item : items) {
         if (item.isCompleted) continue;
         // Time alone: a place gate shows as a status instead of hiding the item.
         auto anchor = timeAnchor(item, context);
         if (!anchor) {
-            if (item.trigger) waiting.push_back({item, BoardEntry::WaitingForTrigger{*item.trigger}});
+            if (item.trigger) {
+                waiting.push_back(static_cast<uint32_t>(entries.size()));
+                entries.push_back({item, BoardEntry::WaitingForTrigger{*item.trigger}});
+            }
             continue;
         }
         if (*anchor > now) {
-            (isHidden(item, context) ? hidden : upcoming).push_back({0, *anchor, {item, BoardEntry::Later{*anchor}}});
+            place(isHidden(item, context) ? hidden : upcoming, 0, *anchor, item, BoardEntry::Later{*anchor});
             continue;
         }
         BoardEntry::Status status = BoardEntry::Due{*anchor};
@@ -110,39 +120,37 @@ Board board(const std::vector<NagItem>& items, const PlanContext& context) {
         }
         if (std::holds_alternative<BoardEntry::Due>(status) && item.deviceGate && !satisfied(*item.deviceGate, context))
             status = BoardEntry::WaitingForDevice{*item.deviceGate, *anchor};
-        present.push_back({stableHash(item.key, salt), *anchor, {item, std::move(status)}});
+        place(present, stableHash(item.key, salt), *anchor, item, std::move(status));
     }
 
+    auto keyOf = [&](const Placed& placed) -> const std::string& { return entries[placed.entry].item.key; };
     // The now section has no order of importance: a shuffle that changes daily.
-    std::stable_sort(present.begin(), present.end(), [](const Placed& a, const Placed& b) {
+    std::stable_sort(present.begin(), present.end(), [&](const Placed& a, const Placed& b) {
         if (a.hash != b.hash) return a.hash < b.hash;
-        return a.entry.item.key < b.entry.item.key;
+        return keyOf(a) < keyOf(b);
     });
-    auto byDate = [](const Placed& a, const Placed& b) {
+    auto byDate = [&](const Placed& a, const Placed& b) {
         if (a.date != b.date) return a.date < b.date;
-        return a.entry.item.key < b.entry.item.key;
+        return keyOf(a) < keyOf(b);
     };
     std::stable_sort(upcoming.begin(), upcoming.end(), byDate);
     std::stable_sort(hidden.begin(), hidden.end(), byDate);
     std::stable_sort(waiting.begin(), waiting.end(),
-                     [](const BoardEntry& a, const BoardEntry& b) { return a.item.title < b.item.title; });
+                     [&](uint32_t a, uint32_t b) { return entries[a].item.title < entries[b].item.title; });
 
     Board result;
     result.now.reserve(present.size());
-    for (Placed& placed : present) result.now.push_back(std::move(placed.entry));
+    for (const Placed& placed : present) result.now.push_back(std::move(entries[placed.entry]));
     const Date today = context.calendar.startOfDay(now);
-    for (Placed& placed : upcoming) {
+    for (const Placed& placed : upcoming) {
         int64_t days = context.calendar.daysBetween(today, context.calendar.startOfDay(placed.date));
-        auto& section = days <= 0   ? result.soon
-                        : days == 1 ? result.tomorrow
-                        : days <= 6 ? result.thisWeek
-                                    : result.later;
-        section.push_back(std::move(placed.entry));
+        auto& section = days <= 0 ? result.soon : days == 1 ? result.tomorrow : days <= 6 ? result.thisWeek : result.later;
+        section.push_back(std::move(entries[placed.entry]));
     }
     // Trigger-waiting entries have no date, so they come after every dated entry.
-    for (BoardEntry& entry : waiting) result.later.push_back(std::move(entry));
+    for (uint32_t entry : waiting) result.later.push_back(std::move(entries[entry]));
     result.hidden.reserve(hidden.size());
-    for (Placed& placed : hidden) result.hidden.push_back(std::move(placed.entry));
+    for (const Placed& placed : hidden) result.hidden.push_back(std::move(entries[placed.entry]));
     return result;
 }
 
