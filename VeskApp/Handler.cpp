@@ -154,13 +154,9 @@ Response Handler::add(const Request::Add& add, const Moment& moment) {
 }
 
 Response Handler::list(Request::Section section, const Moment& moment) {
-    std::vector<ReminderDTO> all = rows(*store_.data(), moment);
-    if (section != Request::Section::all) {
-        const std::string word = Request::rawValue(section);
-        std::erase_if(all, [&](const ReminderDTO& row) { return row.section != word; });
-    }
     Response response;
-    response.reminders = std::move(all);
+    response.reminders = Planning::rows(*store_.data(), config_, activity_.me(moment.now), moment.now,
+                                        moment.calendar, section);
     return response;
 }
 

@@ -58,14 +58,32 @@ PlanContext context(const StoreData& data, const Device& me, Date now, const Cal
 }
 
 std::vector<ReminderDTO> rows(const StoreData& data, const Config& config, const Device& me, Date now,
-                              const Calendar& calendar) {
+                              const Calendar& calendar, Request::Section section) {
     std::map<std::string, std::string> lists;
     for (const auto& [key, reminder] : data.reminders) {
         auto list = data.lists.find(reminder.list);
         if (list != data.lists.end()) lists.emplace(key, list->second.name);
     }
     const PlanContext context = Planning::context(data, me, now, calendar);
-    return Listing::reminders(VeskNag::board(items(data, config), context), lists, now, calendar);
+    const Board board = VeskNag::board(items(data, config), context);
+    if (section == Request::Section::all) return Listing::reminders(board, lists, now, calendar);
+
+    // One section: only its rows are made, with the numbers they have among all rows.
+    std::vector<ReminderDTO> rows;
+    int64_t number = section == Request::Section::now ? 0 : static_cast<int64_t>(board.now.size());
+    auto add = [&](const std::vector<BoardEntry>& entries, const std::string& word) {
+        for (const BoardEntry& entry : entries) {
+            auto list = lists.find(entry.item.key);
+            rows.push_back(Listing::dto(entry, word, ++number,
+                                        list == lists.end() ? std::nullopt : std::optional(list->second), now, calendar));
+        }
+    };
+    if (section == Request::Section::now) {
+        add(board.now, "now");
+    } else {
+        for (const auto* entries : {&board.soon, &board.tomorrow, &board.thisWeek, &board.later}) add(*entries, "later");
+    }
+    return rows;
 }
 
 }  // namespace Planning

@@ -25,8 +25,9 @@ NagItem item(const StoredReminder& reminder);
 PlanContext context(const StoreData& data, const Device& me, Date now, const Calendar& calendar,
                     double horizon = Planning::horizon, int64_t limit = Planning::limit);
 
-// The numbered rows of `vesk now` and `vesk later`, freshly computed.
+// The numbered rows of `vesk now` and `vesk later`, freshly computed: all of them, or those
+// of one section only, numbered as among all.
 std::vector<ReminderDTO> rows(const StoreData& data, const Config& config, const Device& me, Date now,
-                              const Calendar& calendar);
+                              const Calendar& calendar, Request::Section section = Request::Section::all);
 
 }  // namespace Planning

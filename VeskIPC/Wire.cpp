@@ -264,6 +264,7 @@ std::optional<std::string> encodeWire(const Response& response) {
     }
     if (response.reminders) {
         member("reminders");
+        text.reserve(text.size() + response.reminders->size() * 320);
         text += '[';
         for (size_t i = 0; i < response.reminders->size(); ++i) {
             if (i) text += ',';
