@@ -86,11 +86,11 @@ inline PlanContext context(Date now, double horizon = 86400, int64_t limit = 500
 
 namespace PlanTesting {
 
-// `count` distinct reminders of every style, with dates from a month ago to a month ahead
-// (or all due at `dueDay`), and a share of date-only, undated, recurring, place-gated,
+// `count` distinct reminders of every style, with dates over sixty days from `daysBack` days
+// ago (or all due at `dueDay`), and a share of date-only, undated, recurring, place-gated,
 // device-gated, snoozed, hidden, triggered and completed ones. The same seed gives the same set.
 inline std::vector<NagItem> mixedItems(size_t count, Date now, uint32_t seed = 1,
-                                       std::optional<DateComponents> dueDay = std::nullopt) {
+                                       std::optional<DateComponents> dueDay = std::nullopt, int64_t daysBack = 30) {
     std::mt19937 random(seed);
     const Style styles[] = {Style::once(),  Style::repeatUntilDone(), Style::repeatUntilDone(900),
                             Style::alarm(), Style::escalate(),        Style::repeatUntilDone(1800)};
@@ -101,7 +101,7 @@ inline std::vector<NagItem> mixedItems(size_t count, Date now, uint32_t seed = 1
         item.title = "Reminder " + std::to_string(i);
         item.firstSeen = now.addingTimeInterval(-double(random() % (86400 * 30)));
         DateComponents due =
-            amsterdam().components(now.addingTimeInterval(double(random() % (86400 * 60)) - 86400 * 30));
+            amsterdam().components(now.addingTimeInterval(double(random() % (86400 * 60)) - 86400.0 * double(daysBack)));
         if (dueDay) due.year = dueDay->year, due.month = dueDay->month, due.day = dueDay->day;
         due.minute = int64_t(random() % 4) * 15;
         const auto shape = random() % 8;
