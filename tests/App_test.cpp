@@ -1,0 +1,282 @@
+// vesk against the real vesk-app: every request from the command line to the store and back.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+
+#include "AppHarness.h"
+#include "Platform/Version.h"
+#include "VeskIPC/Socket.h"
+
+namespace {
+
+// One command and all it should print, ids of the store shown as <id>.
+struct Step {
+    std::vector<std::string> arguments;
+    std::string out;
+    int status = 0;
+    std::string err{};
+};
+
+std::string shown(const std::vector<std::string>& arguments) {
+    std::string text = "vesk";
+    for (const auto& argument : arguments) text += " [" + argument + "]";
+    return text;
+}
+
+// Ids are random UUIDs; the rest of a JSON answer compares as it stands.
+std::string masked(const std::string& text) {
+    static const std::regex uuid("[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{12}");
+    return std::regex_replace(text, uuid, "<id>");
+}
+
+// Runs the steps in order against one store, each on what the ones before left.
+void run(const AppHarness& app, const std::vector<Step>& steps) {
+    for (const auto& step : steps) {
+        SCOPED_TRACE(shown(step.arguments));
+        ProcessResult result = app.vesk(step.arguments);
+        EXPECT_EQ(masked(result.out), step.out);
+        EXPECT_EQ(result.err, step.err);
+        EXPECT_EQ(result.status, step.status);
+    }
+}
+
+void add(const AppHarness& app, const std::vector<std::string>& sentences) {
+    for (const auto& sentence : sentences) ASSERT_EQ(app.vesk({sentence}).status, 0) << sentence;
+}
+
+// A numbered row of `vesk now` or `vesk later`.
+std::string row(int number, const std::string& title, const std::string& when) {
+    return std::to_string(number) + "  " + title + "\n   " + when + " \u00b7 repeat until done\n";
+}
+
+std::string settings(int repeat) {
+    return "repeat          " + std::to_string(repeat) +
+           " min   repeat until done, when the words give no interval\n"
+           "nag             15 min   “nag me” with no number\n"
+           "stagger         10 min   between alerts due together\n"
+           "alarm-repeat    9 min   a stopped alarm rings again\n"
+           "date-only-hour  9   when a date-only reminder alerts\n"
+           "night           22:00-07:00   escalation stops at Time Sensitive\n";
+}
+
+std::string report(const std::string& access, const std::string& defaultList, int reminders) {
+    return "Reminders access  " + access + "\nNotifications     unavailable\nThis Mac          Desk\n"
+           "Writes to         any list\nDefault list      " + defaultList + "\nIgnored lists     none\n"
+           "Reminders         " + std::to_string(reminders) + " incomplete\nSync              off in this build\n"
+           "On-device model   off\nApp version       " + veskVersion + "\n";
+}
+
+// The device's name in the doctor's report, rather than the host's.
+void nameDevice(const AppHarness& app) {
+    std::filesystem::create_directories(app.home() + "/.config/vesk");
+    writeFile(app.home() + "/.config/vesk/config", "device-name = Desk\n");
+}
+
+std::string contents(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+TEST(App, AddReadsTheSentenceAndSaves) {
+    AppHarness app;
+    run(app, {
+        {{"call", "the", "dentist", "at", "11"},
+         "what   call the dentist\nwhen   Wed, Nov 18 at 11:00 AM\nhow    repeat until done\n\n"
+         "Saved as #1 in Reminders.\n"},
+        {{"buy milk at 4pm list:Errands"},
+         "what   buy milk\nwhen   Wed, Nov 18 at 4:00 PM\nhow    repeat until done\nlist   Errands\n\n"
+         "Saved as #2 in Errands.\n"},
+        {{"pack the gym bag at 2pm only at the gym"},
+         "what   pack the gym bag\nwhen   Wed, Nov 18 at 2:00 PM\nhow    repeat until done\ngate   only at gym\n\n"
+         "Saved as #2 in Reminders.\n"},
+        {{"water the plants when I get home"},
+         "what   water the plants\nhow    repeat until done\nwhere  arrive home\n\nSaved as #4 in Reminders.\n"},
+        {{"call the plumber", "--dry-run"},
+         "what   call the plumber\nwhen   next hour\nhow    repeat until done\n\nDry run: nothing saved.\n"},
+        {{"at", "9"}, "", 1, "vesk: Vesk found nothing to remind you of in “at 9”.\n"},
+        {{"later"},
+         row(1, "call the dentist", "Wed, Nov 18 at 11:00 AM") + row(2, "pack the gym bag", "Wed, Nov 18 at 2:00 PM") +
+             row(3, "buy milk", "Wed, Nov 18 at 4:00 PM") + row(4, "water the plants", "when you get to home")},
+        {{"lists"}, "Errands\nReminders\n"},
+    });
+}
+
+TEST(App, NowAndLaterNumberOneListing) {
+    AppHarness app;
+    add(app, {"call mom today at 9am", "call dad at 11", "pay rent tomorrow at 9"});
+    run(app, {
+        {{"now"}, row(1, "call mom", "due 1 hour ago")},
+        {{"later"}, row(2, "call dad", "Wed, Nov 18 at 11:00 AM") + row(3, "pay rent", "Thu, Nov 19 at 9:00 AM")},
+        {{"now", "--json"}, R"({
+  "reminders" : [
+    {
+      "at" : "2026-11-18T08:00:00Z",
+      "detail" : "due 1 hour ago · repeat until done",
+      "due" : "2026-11-18T09:00",
+      "id" : "<id>",
+      "list" : "Reminders",
+      "number" : 1,
+      "section" : "now",
+      "status" : "due",
+      "style" : "repeat",
+      "title" : "call mom"
+    }
+  ],
+  "schema" : 1
+}
+)"},
+    });
+}
+
+// A repeating reminder stays after done, with its next date; a new app reads the same from the store.
+TEST(App, DoneSnoozeAndDelete) {
+    const std::string vitamins = R"({
+  "reminders" : [
+    {
+      "at" : "2026-11-19T17:00:00Z",
+      "detail" : "Thu, Nov 19 at 6:00 PM · repeat until done",
+      "due" : "2026-11-19T18:00",
+      "id" : "<id>",
+      "list" : "Reminders",
+      "number" : 1,
+      "section" : "later",
+      "status" : "later",
+      "style" : "repeat",
+      "title" : "take vitamins"
+    }
+  ],
+  "schema" : 1
+}
+)";
+    AppHarness app;
+    add(app, {"call mom today at 9am", "call dad at 11", "take vitamins every day at 18", "pay rent tomorrow at 9"});
+    run(app, {
+        {{"done", "1"}, "Done: call mom\n"},
+        {{"done", "vitamins"}, "Done: take vitamins\n"},
+        {{"snooze", "dad", "2h"}, "Snoozed call dad: Wed, Nov 18 at 12:00 PM · repeat until done\n"},
+        {{"snooze", "rent", "whenever"}, "", 1,
+         "vesk: Vesk can't read “whenever” as a time to come back. Try 15m, 2h, tonight, tomorrow or friday at "
+         "3pm.\n"},
+        {{"delete", "rent"}, "Deleted: pay rent\n"},
+        {{"now"}, "Nothing here.\n"},
+        {{"later"}, row(1, "call dad", "Wed, Nov 18 at 12:00 PM") + row(2, "take vitamins", "Thu, Nov 19 at 6:00 PM")},
+        {{"delete", "dad"}, "Deleted: call dad\n"},
+        {{"later", "--json"}, vitamins},
+    });
+    // What a new app reads from the store is what the last one left.
+    app.stop();
+    run(app, {{{"later", "--json"}, vitamins}});
+}
+
+TEST(App, ReferencesByNumberIdAndTitle) {
+    AppHarness app;
+    add(app, {"call mom at 11", "call dad at 3pm", "pay rent tomorrow at 9"});
+    auto listed = decodeResponse(app.vesk({"later", "--json"}).out);
+    ASSERT_TRUE(listed && listed->reminders && listed->reminders->size() == 3);
+    const std::string rent = listed->reminders->at(2).id;
+    run(app, {
+        {{"done", "call"}, "", 1, "vesk: “call” matches 2 reminders (#1 call mom, #2 call dad). Use a number or id.\n"},
+        {{"done", "x"}, "", 2, "vesk: No reminder matches “x”.\n"},
+        {{"done", "9"}, "", 2, "vesk: No reminder #9. `vesk now` and `vesk later` show the numbers.\n"},
+        {{"done", rent}, "Done: pay rent\n"},
+        {{"done", "DAD"}, "Done: call dad\n"},
+        {{"done", "#1"}, "Done: call mom\n"},
+        {{"later"}, "Nothing here.\n"},
+    });
+}
+
+TEST(App, PlacesListsAndSettings) {
+    AppHarness app;
+    run(app, {
+        {{"places"}, "No places yet. Add one with `vesk places add home --at \"your address\"`.\n"},
+        {{"places", "add", "home", "--at", "52.37022, 4.89517"}, "Saved home: 52.37022, 4.89517 (100 m)\n"},
+        {{"places", "add", "gym", "--at", "52.3, 4.9", "--radius", "80"}, "Saved gym: 52.30000, 4.90000 (80 m)\n"},
+        {{"feed the cat when I get home"},
+         "what   feed the cat\nhow    repeat until done\nwhere  arrive home\n\nSaved as #1 in Reminders.\n"},
+        {{"places"}, "gym  52.30000, 4.90000 (80 m)  0 reminders\nhome  52.37022, 4.89517 (100 m)  1 reminder\n"},
+        {{"places", "remove", "gym"}, "Removed gym.\n"},
+        {{"places", "remove", "gym"}, "", 2, "vesk: No place is called “gym”. `vesk places` shows them.\n"},
+        {{"places"}, "home  52.37022, 4.89517 (100 m)  1 reminder\n"},
+        {{"lists"}, "Reminders\n"},
+        {{"settings"}, settings(60)},
+        {{"settings", "set", "repeat", "20"}, settings(20)},
+        {{"settings", "set", "repeat", "0"}, "", 1, "vesk: repeat takes whole minutes from 5 to 240.\n"},
+        {{"settings"}, settings(20)},
+    });
+}
+
+TEST(App, DoctorOnAHealthyStore) {
+    AppHarness app;
+    nameDevice(app);
+    add(app, {"call dad at 11"});
+    run(app, {{{"doctor"}, report("full", "Reminders", 1)}});
+}
+
+// A file that is no database is reported and never written to.
+TEST(App, BrokenStoreIsReportedAndLeftAlone) {
+    AppHarness app;
+    nameDevice(app);
+    const std::string garbage = "\x13\x37 not a database, only bytes\n";
+    std::filesystem::create_directories(app.dataDirectory());
+    writeFile(app.dataDirectory() + "/vesk.db", garbage);
+    const std::string path = VeskSocket::homeDirectory() + "/.local/share/vesk/vesk.db";
+    run(app, {
+        {{"doctor"}, report("unavailable", "Reminders’ default", 0), 3},
+        {{"now"}, "", 3, "vesk: Vesk can't use its store " + path + ": file is not a database.\n"},
+    });
+    app.stop();
+    EXPECT_EQ(contents(app.dataDirectory() + "/vesk.db"), garbage);
+}
+
+// Nothing runs until the first command; then one app serves and a second one refuses.
+TEST(App, LaunchedOnDemandAndAlone) {
+    AppHarness app;
+    EXPECT_FALSE(SocketClient::isListening(VeskSocket::defaultPath()));
+    run(app, {{{"lists"}, "Reminders\n"}});
+    EXPECT_TRUE(SocketClient::isListening(VeskSocket::defaultPath()));
+
+    ProcessResult second = app.app({});
+    EXPECT_EQ(second.status, 1);
+    EXPECT_EQ(second.out, "");
+    EXPECT_EQ(second.err, "vesk-app: another vesk-app already runs for this user\n");
+    run(app, {{{"lists"}, "Reminders\n"}});
+}
+
+TEST(App, PlanReadsTheStoreWithOrWithoutTheDaemon) {
+    const std::string json = R"([
+  {
+    "alarmID" : "<id>",
+    "fireDate" : "2026-11-18T10:00:00Z",
+    "id" : "<id>#0",
+    "key" : "<id>",
+    "level" : "notification",
+    "ordinal" : 0,
+    "title" : "call dad"
+  }
+]
+)";
+    for (bool running : {true, false}) {
+        SCOPED_TRACE(running ? "daemon running" : "daemon stopped");
+        AppHarness app;
+        EXPECT_EQ(app.app({"plan"}).out, "Nothing planned in the next 24 hours.\n");
+        EXPECT_FALSE(std::filesystem::exists(app.dataDirectory() + "/vesk.db"));
+        add(app, {"call dad at 11 just once"});
+        if (!running) app.stop();
+
+        ProcessResult text = app.app({"plan"});
+        EXPECT_EQ(text.status, 0) << text.err;
+        EXPECT_EQ(text.out, "Wed, Nov 18 at 11:00 AM   notification   call dad\n");
+        ProcessResult listed = app.app({"plan", "--json"});
+        EXPECT_EQ(listed.status, 0) << listed.err;
+        EXPECT_EQ(masked(listed.out), json);
+        ProcessResult refused = app.app({"plan", "--hours", "0"});
+        EXPECT_EQ(refused.status, 64);
+        EXPECT_EQ(refused.out, "");
+        EXPECT_TRUE(refused.err.starts_with("Error: --hours takes a whole number from 1 to 8784.\n")) << refused.err;
+        EXPECT_EQ(SocketClient::isListening(VeskSocket::defaultPath()), running);
+    }
+}
+
+}  // namespace
