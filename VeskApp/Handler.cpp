@@ -285,7 +285,9 @@ Response Handler::lists() {
     auto data = store_.data();
     std::vector<ListDTO> lists;
     for (const auto& [id, list] : data->lists) lists.push_back({id, list.name, Planning::isIgnored(list, config_)});
-    std::sort(lists.begin(), lists.end(), [](const ListDTO& a, const ListDTO& b) { return a.name < b.name; });
+    std::sort(lists.begin(), lists.end(), [](const ListDTO& a, const ListDTO& b) {
+        return Text::lowercased(a.name) < Text::lowercased(b.name);
+    });
     Response response;
     response.lists = std::move(lists);
     return response;
