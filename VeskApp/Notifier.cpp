@@ -2,9 +2,10 @@
 
 #include <poll.h>
 
-#include <memory>
-
+#include <cstdlib>
+#include <cstring>
 #include <iostream>
+#include <memory>
 
 #include <systemd/sd-bus.h>
 
@@ -13,8 +14,26 @@ namespace {
 const char* const service = "org.freedesktop.Notifications";
 const char* const objectPath = "/org/freedesktop/Notifications";
 
-// Urgency hints of the specification: 1 normal, 2 critical.
+// The urgency hint of a notification: 1 normal, 2 critical.
 uint8_t urgency(AlertLevel level) { return level == AlertLevel::notification ? 1 : 2; }
+
+// Whether the bus starts a server on the first call for its name, as it does for the
+// servers of many desktops: such a server owns no name until something is shown.
+bool startable(sd_bus* bus) {
+    sd_bus_message* reply = nullptr;
+    char** names = nullptr;
+    if (sd_bus_call_method(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                           "ListActivatableNames", nullptr, &reply, "") >= 0)
+        sd_bus_message_read_strv(reply, &names);
+    sd_bus_message_unref(reply);
+    bool found = false;
+    for (char** name = names; name && *name; ++name) {
+        found = found || std::strcmp(*name, service) == 0;
+        free(*name);
+    }
+    free(names);
+    return found;
+}
 
 // A key of each reply in flight, so that the id the server gives comes back to its reminder.
 struct Pending {
@@ -57,7 +76,7 @@ bool Notifier::connect() {
                            "NameHasOwner", nullptr, &reply, "s", service) >= 0)
         sd_bus_message_read(reply, "b", &has);
     sd_bus_message_unref(reply);
-    serverPresent_ = has != 0;
+    serverPresent_ = has != 0 || startable(bus_);
     if (!serverPresent_) {
         std::cerr << "vesk-app: no notification server on the session bus yet\n";
         saidMissing_ = true;
@@ -94,7 +113,7 @@ void Notifier::process() {
 }
 
 void Notifier::show(const PlannedAlert& alert, const std::string& body, const std::string& snoozeLabel) {
-    if (!bus_ || !serverPresent_) {
+    if (!bus_ || (!serverPresent_ && !startable(bus_))) {
         if (!saidMissing_) std::cerr << "vesk-app: no notification server; alerts are not shown\n";
         saidMissing_ = true;
         return;

@@ -11,8 +11,8 @@
 //
 // Copies of vesk and vesk-app stand side by side in a bin/ folder, so that vesk launches
 // that vesk-app when nobody answers, as it would once installed. Every process runs
-// under faketime from the harness's moment (by default Wednesday 18 November 2026,
-// 10:00 in Amsterdam); vesk's clock stands still there, the app's runs on from it.
+// under faketime, its clock starting at the harness's moment (by default Wednesday
+// 18 November 2026, 10:00 in Amsterdam) and running on from there.
 //
 //     AppHarness app;
 //     app.start();                                   // or let vesk launch it
@@ -28,6 +28,8 @@ public:
     AppHarness& operator=(const AppHarness&) = delete;
 
     const std::string& home() const { return private_.home(); }
+    // The temporary directory that holds home/ and bin/; a test may keep its own files there.
+    const std::string& base() const { return private_.base(); }
     // ~/.local/share/vesk: the store and the lock.
     std::string dataDirectory() const;
     std::string appPath() const { return bin_ + "/vesk-app"; }

@@ -1,0 +1,220 @@
+// Desktop notifications as the user sees them: vesk-app on a private session bus, where
+// vesk-notifyd plays the desktop's notification server and records every Notify.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <ostream>
+#include <sstream>
+#include <thread>
+
+#include "AppHarness.h"
+#include "PrivateBus.h"
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+// One Notify as vesk-notifyd records it.
+struct Shown {
+    std::string id, replaces, app, summary, body, actions, urgency, sound, expire;
+    bool operator==(const Shown&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Shown& shown) {
+    return out << "#" << shown.id << " replacing " << shown.replaces << " from " << shown.app << ": " << shown.summary
+               << " / " << shown.body << " / [" << shown.actions << "] urgency " << shown.urgency << ", sound '"
+               << shown.sound << "', expires " << shown.expire;
+}
+
+Shown parseShown(const std::string& line) {
+    std::vector<std::string> fields;
+    std::istringstream in(line);
+    for (std::string field; std::getline(in, field, '\t');) fields.push_back(field);
+    fields.resize(9);
+    return {fields[0], fields[1], fields[2], fields[3], fields[4], fields[5], fields[6], fields[7], fields[8]};
+}
+
+const Shown* find(const std::vector<Shown>& all, const std::string& summary) {
+    auto found = std::find_if(all.begin(), all.end(), [&](const Shown& s) { return s.summary == summary; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+bool waitFor(const std::function<bool()>& done, Clock::duration limit) {
+    for (auto until = Clock::now() + limit; !done(); std::this_thread::sleep_for(20ms))
+        if (Clock::now() > until) return false;
+    return true;
+}
+
+// The CPU time, user and system, that process `pid` has used, in seconds.
+double cpuSeconds(pid_t pid) {
+    std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
+    std::string stat((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    // From the state (field 3) on, after the command's parenthesis: utime is field 14, stime 15.
+    std::istringstream rest(stat.substr(stat.rfind(')') + 2));
+    std::vector<std::string> fields;
+    for (std::string field; rest >> field;) fields.push_back(field);
+    if (fields.size() < 13) return -1;
+    return double(std::stoll(fields[11]) + std::stoll(fields[12])) / double(sysconf(_SC_CLK_TCK));
+}
+
+}  // namespace
+
+class Notifications : public testing::Test {
+protected:
+    Notifications() {
+        app.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address();
+        bus.startServer();
+        app.moment = "2026-11-18 09:59:57";
+    }
+    ~Notifications() override { app.stop(); }
+
+    // Starts the app and remembers when: its clock reads app.moment then.
+    void start() {
+        started_ = Clock::now();
+        app.start();
+    }
+    void sleepUntil(Clock::duration sinceStart) const { std::this_thread::sleep_until(started_ + sinceStart); }
+
+    void vesk(const std::vector<std::string>& arguments) {
+        ProcessResult result = app.vesk(arguments);
+        EXPECT_EQ(result.status, 0) << arguments[0] << ": " << result.err;
+    }
+    // Reminders of the same minute alert together.
+    void add(const std::vector<std::string>& sentences) {
+        vesk({"settings", "set", "stagger", "0"});
+        for (const auto& sentence : sentences) vesk({sentence});
+    }
+
+    // Adds reminders at 9:50 to an app that is then stopped until 9:59:57. Started again, it
+    // owes what came due meanwhile at once, and what comes due at 10:00 three seconds later.
+    void addThenRestartBefore10(const std::vector<std::string>& sentences) {
+        app.moment = "2026-11-18 09:50:00";
+        start();
+        add(sentences);
+        app.stop();
+        app.moment = "2026-11-18 09:59:57";
+        start();
+    }
+
+    std::vector<Shown> shown() const {
+        std::vector<Shown> all;
+        for (const auto& line : readLines(log_)) all.push_back(parseShown(line));
+        return all;
+    }
+    // What was shown once `count` notifications are, or after 6 seconds regardless.
+    std::vector<Shown> awaitShown(size_t count) const {
+        waitFor([&] { return shown().size() >= count; }, 6s);
+        return shown();
+    }
+
+    // The vesk-app process itself, under its faketime wrapper.
+    pid_t appPid() const {
+        for (const auto& entry : fs::directory_iterator("/proc")) {
+            std::error_code error;
+            if (fs::read_symlink(entry.path() / "exe", error) == app.appPath())
+                return static_cast<pid_t>(std::stol(entry.path().filename()));
+        }
+        return -1;
+    }
+
+    AppHarness app;
+    const std::string log_ = app.base() + "/shown";
+    PrivateBus bus{app.base(), log_};
+
+private:
+    Clock::time_point started_;
+};
+
+TEST_F(Notifications, ArriveAtTheirTimeAsTheirLevelWants) {
+    const std::vector<Shown> expected = {
+        {"", "0", "Vesk", "call the dentist", "due now · repeat every 1 min until done",
+         "done,Done,snooze,Snooze till tomorrow", "1", "", "-1"},
+        {"", "0", "Vesk", "pay rent", "due now · alarm", "done,Done,snooze,Snooze till tomorrow", "2",
+         "alarm-clock-elapsed", "0"},
+    };
+    start();
+    add({"call the dentist at 10, nag me every minute", "pay rent at 10, alarm"});
+    const pid_t pid = appPid();
+    const double cpuBefore = cpuSeconds(pid);
+
+    sleepUntil(2500ms);
+    EXPECT_EQ(shown().size(), 0u) << "shown before 10:00";
+    std::vector<Shown> all = awaitShown(expected.size());
+    // Idle until 10:00, the app sleeps: a loop that spins would have burnt seconds by now.
+    EXPECT_LT(cpuSeconds(pid) - cpuBefore, 0.3);
+    ASSERT_EQ(all.size(), expected.size());
+    for (Shown want : expected) {
+        const Shown* got = find(all, want.summary);
+        ASSERT_TRUE(got) << want.summary;
+        want.id = got->id;
+        EXPECT_EQ(*got, want);
+    }
+}
+
+TEST_F(Notifications, MissedAlertsGoOutOnceAndTheNextReplacesThem) {
+    addThenRestartBefore10({"call the dentist at 9:51, nag me every minute",
+                            "water the plants at 9:52, nag me every 2 minutes"});
+    sleepUntil(2s);
+    const std::vector<Shown> owed = shown();
+    ASSERT_EQ(owed.size(), 2u) << "one alert of each reminder, however many it missed";
+    std::vector<Shown> all = awaitShown(4);
+    ASSERT_EQ(all.size(), 4u);
+    for (const Shown& next : {all[2], all[3]}) {
+        const Shown* before = find(owed, next.summary);
+        ASSERT_TRUE(before) << next;
+        EXPECT_EQ(before->replaces, "0");
+        EXPECT_EQ(next.replaces, before->id);
+        EXPECT_EQ(next.id, before->id);
+    }
+}
+
+TEST_F(Notifications, ActionsChangeTheStoreAndEndTheNagging) {
+    addThenRestartBefore10({"call the dentist at 9:51, nag me every minute",
+                            "water the plants at 9:51, nag me every minute",
+                            "stretch at 9:51 every day, nag me every minute"});
+    const std::map<std::string, std::string> clicks = {
+        {"call the dentist", "done"}, {"water the plants", "snooze"}, {"stretch", "done"}};
+    std::vector<Shown> all = awaitShown(clicks.size());
+    ASSERT_EQ(all.size(), clicks.size());
+    for (const Shown& one : all) EXPECT_EQ(bus.invoke(std::stoul(one.id), clicks.at(one.summary)), "");
+
+    // Done ends the first; Snooze puts the second off until tomorrow morning; Done moves
+    // the daily one on to tomorrow.
+    const std::string later =
+        "1  water the plants\n   Thu, Nov 19 at 9:00 AM · repeat every 1 min until done\n"
+        "2  stretch\n   Thu, Nov 19 at 9:51 AM · repeat every 1 min until done\n";
+    EXPECT_TRUE(waitFor([&] { return app.vesk({"later"}).out == later; }, 3s)) << app.vesk({"later"}).out;
+    EXPECT_EQ(app.vesk({"now"}).out, "Nothing here.\n");
+    sleepUntil(4s);
+    EXPECT_EQ(shown().size(), clicks.size()) << "shown again at 10:00";
+}
+
+TEST_F(Notifications, ARestartDeliversNothingTwice) {
+    start();
+    add({"call the dentist at 10, nag me every minute"});
+    ASSERT_EQ(awaitShown(1).size(), 1u);
+    app.stop();
+    // The new run's clock passes 10:00 again, and the store knows that alert went out.
+    app.moment = "2026-11-18 09:59:59";
+    start();
+    sleepUntil(2500ms);
+    EXPECT_EQ(shown().size(), 1u);
+}
+
+// Many desktops start their server only when something is to be shown.
+TEST_F(Notifications, ReachAServerTheBusStartsOnDemand) {
+    bus.endServer();
+    start();
+    add({"call the dentist at 10, nag me every minute"});
+    std::vector<Shown> all = awaitShown(1);
+    ASSERT_EQ(all.size(), 1u);
+    EXPECT_EQ(all[0].summary, "call the dentist");
+}

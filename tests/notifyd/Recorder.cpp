@@ -1,0 +1,176 @@
+// vesk-notifyd --log FILE: a notification server for tests, on the session bus of
+// DBUS_SESSION_BUS_ADDRESS. It answers as a desktop's would and adds one line per Notify
+// to FILE, fields split by tabs:
+//     id  replaces_id  app_name  summary  body  actions (by ",")  urgency  sound-name  expire_timeout
+// org.vesk.Test.Invoke(u id, s action) plays a user's click on an action: the server says
+// ActionInvoked, then NotificationClosed. Ends on SIGTERM, SIGINT or when the bus goes.
+#include <signal.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <set>
+#include <string>
+
+#include <systemd/sd-bus.h>
+#include <systemd/sd-event.h>
+
+namespace {
+
+const char* const service = "org.freedesktop.Notifications";
+const char* const objectPath = "/org/freedesktop/Notifications";
+
+FILE* logFile = nullptr;
+uint32_t lastId = 0;
+std::set<uint32_t> showing;  // ids of the notifications on screen
+
+// A tab or a line end inside a field would break the line apart.
+std::string field(const char* text) {
+    std::string value = text ? text : "";
+    for (char& c : value)
+        if (c == '\t' || c == '\n') c = ' ';
+    return value;
+}
+
+// The urgency (-1 when absent) and sound-name among the hints.
+int readHints(sd_bus_message* message, int& urgency, std::string& sound) {
+    int r = sd_bus_message_enter_container(message, 'a', "{sv}");
+    while (r >= 0 && (r = sd_bus_message_enter_container(message, 'e', "sv")) > 0) {
+        const char* key = nullptr;
+        r = sd_bus_message_read(message, "s", &key);
+        if (r >= 0 && std::strcmp(key, "urgency") == 0) {
+            uint8_t value = 0;
+            r = sd_bus_message_read(message, "v", "y", &value);
+            urgency = value;
+        } else if (r >= 0 && std::strcmp(key, "sound-name") == 0) {
+            const char* value = nullptr;
+            r = sd_bus_message_read(message, "v", "s", &value);
+            sound = field(value);
+        } else if (r >= 0) {
+            r = sd_bus_message_skip(message, "v");
+        }
+        if (r >= 0) r = sd_bus_message_exit_container(message);
+    }
+    return r < 0 ? r : sd_bus_message_exit_container(message);
+}
+
+int notify(sd_bus_message* message, void*, sd_bus_error*) {
+    const char *app = nullptr, *icon = nullptr, *summary = nullptr, *body = nullptr;
+    uint32_t replaces = 0;
+    char** actions = nullptr;
+    int urgency = -1;
+    std::string sound;
+    int32_t timeout = 0;
+    int r = sd_bus_message_read(message, "susss", &app, &replaces, &icon, &summary, &body);
+    if (r >= 0) r = sd_bus_message_read_strv(message, &actions);
+    if (r >= 0) r = readHints(message, urgency, sound);
+    if (r >= 0) r = sd_bus_message_read(message, "i", &timeout);
+    std::string joined;
+    for (char** action = actions; action && *action; ++action) {
+        joined += (joined.empty() ? "" : ",") + field(*action);
+        free(*action);
+    }
+    free(actions);
+    if (r < 0) return r;
+
+    // A notification still open is replaced in place; any other gets a new id.
+    uint32_t id = showing.count(replaces) ? replaces : ++lastId;
+    showing.insert(id);
+    std::fprintf(logFile, "%u\t%u\t%s\t%s\t%s\t%s\t%d\t%s\t%d\n", id, replaces, field(app).c_str(),
+                 field(summary).c_str(), field(body).c_str(), joined.c_str(), urgency, sound.c_str(), timeout);
+    std::fflush(logFile);
+    return sd_bus_reply_method_return(message, "u", id);
+}
+
+// Takes an open notification away and says so, with the reason's number.
+void withdraw(sd_bus* bus, uint32_t id, uint32_t reason) {
+    if (showing.erase(id)) sd_bus_emit_signal(bus, objectPath, service, "NotificationClosed", "uu", id, reason);
+}
+
+int closeNotification(sd_bus_message* message, void*, sd_bus_error*) {
+    uint32_t id = 0;
+    int r = sd_bus_message_read(message, "u", &id);
+    if (r < 0) return r;
+    withdraw(sd_bus_message_get_bus(message), id, 3);  // closed by a call to CloseNotification
+    return sd_bus_reply_method_return(message, "");
+}
+
+int capabilities(sd_bus_message* message, void*, sd_bus_error*) {
+    return sd_bus_reply_method_return(message, "as", 3, "actions", "body", "sound");
+}
+
+int serverInformation(sd_bus_message* message, void*, sd_bus_error*) {
+    return sd_bus_reply_method_return(message, "ssss", "vesk-notifyd", "vesk", "1", "1.2");
+}
+
+// A click on an action: the server says which, and the notification goes away.
+int invoke(sd_bus_message* message, void*, sd_bus_error*) {
+    uint32_t id = 0;
+    const char* action = nullptr;
+    int r = sd_bus_message_read(message, "us", &id, &action);
+    if (r < 0) return r;
+    sd_bus* bus = sd_bus_message_get_bus(message);
+    if ((r = sd_bus_emit_signal(bus, objectPath, service, "ActionInvoked", "us", id, action)) < 0) return r;
+    withdraw(bus, id, 2);  // dismissed by the user
+    return sd_bus_reply_method_return(message, "");
+}
+
+const sd_bus_vtable notifications[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_METHOD("Notify", "susssasa{sv}i", "u", notify, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("CloseNotification", "u", "", closeNotification, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("GetCapabilities", "", "as", capabilities, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("GetServerInformation", "", "ssss", serverInformation, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_SIGNAL("ActionInvoked", "us", 0),
+    SD_BUS_SIGNAL("NotificationClosed", "uu", 0),
+    SD_BUS_VTABLE_END,
+};
+
+const sd_bus_vtable test[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_METHOD("Invoke", "us", "", invoke, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_END,
+};
+
+int fail(const char* what, int r) {
+    std::fprintf(stderr, "vesk-notifyd: %s: %s\n", what, std::strerror(-r));
+    return 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3 || std::strcmp(argv[1], "--log") != 0) {
+        std::fprintf(stderr, "usage: vesk-notifyd --log FILE\n");
+        return 2;
+    }
+    logFile = std::fopen(argv[2], "a");
+    if (!logFile) return fail("can't write the log", -errno);
+    // SIGTERM and SIGINT end the loop, through the event loop's signal sources.
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+
+    sd_event* event = nullptr;
+    sd_bus* bus = nullptr;
+    int r = sd_event_default(&event);
+    if (r < 0) return fail("no event loop", r);
+    sd_event_add_signal(event, nullptr, SIGTERM, nullptr, nullptr);
+    sd_event_add_signal(event, nullptr, SIGINT, nullptr, nullptr);
+    if ((r = sd_bus_open_user(&bus)) < 0) return fail("no session bus", r);
+    if ((r = sd_bus_add_object_vtable(bus, nullptr, objectPath, service, notifications, nullptr)) < 0 ||
+        (r = sd_bus_add_object_vtable(bus, nullptr, objectPath, "org.vesk.Test", test, nullptr)) < 0)
+        return fail("can't serve the object", r);
+    if ((r = sd_bus_request_name(bus, service, 0)) < 0) return fail("can't own the name", r);
+    if ((r = sd_bus_attach_event(bus, event, SD_EVENT_PRIORITY_NORMAL)) < 0) return fail("can't watch the bus", r);
+    sd_bus_set_exit_on_disconnect(bus, 1);
+
+    r = sd_event_loop(event);
+    std::fclose(logFile);
+    sd_bus_flush_close_unref(bus);
+    sd_event_unref(event);
+    return r < 0 ? fail("the loop failed", r) : 0;
+}
