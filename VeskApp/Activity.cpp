@@ -20,13 +20,14 @@ void Activity::touch(Date now) {
 
 Device Activity::me(Date now) const {
     std::lock_guard guard(lock_);
-    return Device{.id = id_,
-                  .kind = Device::Kind::mac,
-                  .name = name_,
-                  .relayOnly = relayOnly_,
-                  .lastActive = lastActive_,
-                  .places = {},
-                  .activeSince = VeskNag::activeSince(activeSince_, lastActive_, now, PlanContext::defaultActiveWindow)};
+    return Device{
+        .id = id_,
+        .kind = Device::Kind::mac,
+        .name = name_,
+        .relayOnly = relayOnly_,
+        .lastActive = lastActive_,
+        .places = {},
+        .activeSince = VeskNag::activeSince(activeSince_, lastActive_, now, PlanContext::defaultActiveWindow)};
 }
 
 DeviceRecord Activity::record() const {

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <sys/file.h>
 #include <sys/inotify.h>
@@ -27,12 +26,13 @@
 #include "Platform/Text.h"
 #include "VeskApp/Activity.h"
 #include "VeskApp/Handler.h"
+#include "VeskApp/Loop.h"
+#include "VeskApp/Nagging.h"
 #include "VeskApp/Notifier.h"
-#include "VeskApp/Planning.h"
-#include "VeskApp/Scheduler.h"
+#include "VeskApp/SessionIdle.h"
 #include "VeskApp/Store.h"
+#include "VeskApp/UserCalendar.h"
 #include "VeskIPC/Socket.h"
-#include "VeskParse/SnoozeTime.h"
 
 namespace App {
 
@@ -71,25 +71,6 @@ std::optional<int> takeLock(const Paths& paths, bool& heldElsewhere) {
     return fd;
 }
 
-// The user's calendar, read again when the system's zone changes.
-class UserCalendar {
-public:
-    UserCalendar() : calendar_(std::make_shared<const Calendar>(Calendar::current())) {}
-    Calendar get() const {
-        std::lock_guard guard(lock_);
-        return *calendar_;
-    }
-    void reload() {
-        auto fresh = std::make_shared<const Calendar>(Calendar::current());
-        std::lock_guard guard(lock_);
-        calendar_ = fresh;
-    }
-
-private:
-    mutable std::mutex lock_;
-    std::shared_ptr<const Calendar> calendar_;
-};
-
 // Counts the requests in flight, so that a stop can wait for them.
 class InFlight {
 public:
@@ -120,11 +101,19 @@ timespec toTimespec(Date date) {
     return value;
 }
 
-void add(int epoll, int fd, uint32_t events) {
-    epoll_event event{};
-    event.events = events;
-    event.data.fd = fd;
-    epoll_ctl(epoll, EPOLL_CTL_ADD, fd, &event);
+// Whether the events read from `zone` (an inotify watch on /etc) touch the time zone.
+bool zoneChanged(int zone) {
+    char buffer[4096];
+    bool changed = false;
+    for (ssize_t n; (n = read(zone, buffer, sizeof buffer)) > 0;) {
+        for (char* at = buffer; at < buffer + n;) {
+            auto* event = reinterpret_cast<inotify_event*>(at);
+            std::string name = event->len ? event->name : "";
+            changed = changed || name == "localtime" || name == "timezone";
+            at += sizeof(inotify_event) + event->len;
+        }
+    }
+    return changed;
 }
 
 }  // namespace
@@ -195,124 +184,62 @@ int serve(const Options& options) {
     // one-gesture snooze would.
     Notifier notifier([&](const std::string& key, Notifier::Action action) {
         try {
-            if (action == Notifier::Action::done) handler.complete(key);
-            else handler.snoozeOnce(key);
+            if (action == Notifier::Action::done)
+                handler.complete(key);
+            else
+                handler.snoozeOnce(key);
         } catch (const WireError& error) {
             std::cerr << "vesk-app: " << error.message << "\n";
         }
     });
     notifier.connect();
+    SessionIdle idle(signalChange);
+    idle.connect();
+    Nagging nagging(store, config, activity, calendar, notifier, idle, options.verbose);
 
-    Descriptor epoll(epoll_create1(EPOLL_CLOEXEC));
     Descriptor timer(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK));
     Descriptor zone(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
     inotify_add_watch(zone.fd, "/etc", IN_CLOSE_WRITE | IN_MOVED_TO | IN_CREATE | IN_DELETE | IN_ATTRIB);
-    add(epoll.fd, signalFd.fd, EPOLLIN);
-    add(epoll.fd, changed.fd, EPOLLIN);
-    add(epoll.fd, timer.fd, EPOLLIN);
-    add(epoll.fd, zone.fd, EPOLLIN);
-    int busFd = -1;
-
-    std::optional<Date> armed;  // the moment the timer is set for
-    // One round: deliver what came due, remember up to when, and set the timer for the next.
-    auto wake = [&](bool timerFired) {
-        if (store.failure()) return;
-        Date now = Date::now();
-        // Woken for a moment, the round covers it, even should the clock read a hair before.
-        if (timerFired && armed && *armed > now) now = *armed;
-        const Calendar userCalendar = calendar.get();
-        auto data = store.data();
-        const Device me = activity.me(now);
-        Scheduler::Round round = Scheduler::round(*data, config, me, now, userCalendar);
-        if (round.deliveredUpTo != data->deliveredUpTo) {
-            try {
-                // Saved before anything is shown: a crash in between loses an alert, never repeats one.
-                data = store.change([&](StoreData& saved) {
-                    saved.deliveredUpTo = round.deliveredUpTo;
-                    saved.device = activity.record();
-                });
-            } catch (const WireError& error) {
-                std::cerr << "vesk-app: " << error.message << "\n";
-                round.due.clear();
-            }
-        }
-        if (!round.due.empty()) {
-            auto rows = Planning::rows(*data, config, me, now, userCalendar);
-            const std::string snooze =
-                SnoozeTime::swipeIsTomorrow(now, userCalendar) ? "Snooze till tomorrow" : "Snooze 8 hours";
-            for (const PlannedAlert& alert : round.due) {
-                std::string body;
-                for (const auto& row : rows)
-                    if (row.id == alert.key) body = row.detail;
-                notifier.show(alert, body, snooze);
-                if (options.verbose) std::cerr << "vesk-app: alert " << alert.id() << "\n";
-            }
-        }
-        itimerspec setting{};
-        setting.it_value = toTimespec(round.nextWake);
-        timerfd_settime(timer.fd, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &setting, nullptr);
-        armed = round.nextWake;
-    };
-
-    wake(false);
-    for (bool running = true; running;) {
+    bool running = true, replan = false;
+    std::optional<Date> armed, woken;  // the moment the timer is set for; it, once it fired
+    Loop loop;
+    loop.watch(signalFd.fd, [&] { running = false; });
+    loop.watch(changed.fd, [&] {
+        eventfd_t value;
+        eventfd_read(changed.fd, &value);
+        replan = true;
+    });
+    loop.watch(timer.fd, [&] {
+        uint64_t expirations;
+        // ECANCELED instead: the wall clock was set. Either way it's time to look again.
+        if (read(timer.fd, &expirations, sizeof expirations) == sizeof expirations) woken = armed;
+        replan = true;
+    });
+    loop.watch(zone.fd, [&] {
+        if (!zoneChanged(zone.fd)) return;
+        calendar.reload();
+        replan = true;
+    });
+    loop.watch(notifier.bus(), [&] {
         notifier.process();
         notificationsAvailable = notifier.available();
-        if (int fd = notifier.descriptor(); fd != busFd) {
-            if (busFd >= 0) epoll_ctl(epoll.fd, EPOLL_CTL_DEL, busFd, nullptr);
-            busFd = fd;
-            if (busFd >= 0) add(epoll.fd, busFd, EPOLLIN);
-        }
-        if (busFd >= 0) {
-            epoll_event event{};
-            event.events = notifier.events();
-            event.data.fd = busFd;
-            epoll_ctl(epoll.fd, EPOLL_CTL_MOD, busFd, &event);
-        }
-        int timeout = -1;
-        if (uint64_t deadline = notifier.deadline(); deadline != UINT64_MAX) {
-            timespec monotonic{};
-            clock_gettime(CLOCK_MONOTONIC, &monotonic);
-            uint64_t nowUsec = uint64_t(monotonic.tv_sec) * 1000000 + uint64_t(monotonic.tv_nsec) / 1000;
-            timeout = deadline <= nowUsec ? 0 : static_cast<int>(std::min<uint64_t>((deadline - nowUsec + 999) / 1000, 60000));
-        }
+    });
+    loop.watch(idle.bus(), [&] { idle.process(); });
 
-        epoll_event events[8];
-        int count = epoll_wait(epoll.fd, events, 8, timeout);
-        if (count < 0 && errno != EINTR) return fail(std::string("the loop failed: ") + std::strerror(errno));
-        bool replan = false, timerFired = false;
-        for (int i = 0; i < count; ++i) {
-            int fd = events[i].data.fd;
-            if (fd == signalFd.fd) {
-                running = false;
-            } else if (fd == changed.fd) {
-                eventfd_t value;
-                eventfd_read(changed.fd, &value);
-                replan = true;
-            } else if (fd == timer.fd) {
-                uint64_t expirations;
-                // ECANCELED: the wall clock was set; either way it's time to look again.
-                bool fired = read(timer.fd, &expirations, sizeof expirations) == sizeof expirations;
-                timerFired = timerFired || fired;
-                replan = true;
-            } else if (fd == zone.fd) {
-                char buffer[4096];
-                bool zoneChanged = false;
-                for (ssize_t n; (n = read(zone.fd, buffer, sizeof buffer)) > 0;) {
-                    for (char* at = buffer; at < buffer + n;) {
-                        auto* event = reinterpret_cast<inotify_event*>(at);
-                        std::string name = event->len ? event->name : "";
-                        if (name == "localtime" || name == "timezone") zoneChanged = true;
-                        at += sizeof(inotify_event) + event->len;
-                    }
-                }
-                if (zoneChanged) {
-                    calendar.reload();
-                    replan = true;
-                }
+    for (replan = true; running;) {
+        if (replan) {
+            // Between rounds the app sleeps: the one timer is set for the next.
+            if (auto next = nagging.round(Date::now(), woken)) {
+                itimerspec setting{};
+                setting.it_value = toTimespec(*next);
+                timerfd_settime(timer.fd, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &setting, nullptr);
+                armed = next;
             }
+            notificationsAvailable = notifier.available();
+            replan = false;
+            woken.reset();
         }
-        if (running && replan) wake(timerFired);
+        if (!loop.runOnce()) return fail(std::string("the loop failed: ") + std::strerror(errno));
     }
 
     sd_notify(0, "STOPPING=1");

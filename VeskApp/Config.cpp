@@ -44,7 +44,8 @@ std::variant<Config, std::string> Config::parse(std::string_view text) {
             if (value.empty()) return problem("device-name needs a name");
             config.deviceName = value;
         } else if (key == "relay-only") {
-            if (value != "true" && value != "false") return problem("relay-only is true or false, not \u201c" + value + "\u201d");
+            if (value != "true" && value != "false")
+                return problem("relay-only is true or false, not \u201c" + value + "\u201d");
             config.relayOnly = value == "true";
         } else if (key == "default-list") {
             if (value.empty()) return problem("default-list needs a list name");

@@ -9,10 +9,10 @@
 // The app's settings of this machine, from `key = value` lines with `#` comments. The nag
 // settings are not here: they live in the store and change through `vesk settings set`.
 struct Config {
-    std::optional<std::string> deviceName;  // device-name; else the host name
-    bool relayOnly = false;                 // relay-only: true or false
-    std::optional<std::string> defaultList; // default-list
-    std::vector<std::string> ignoredLists;  // ignored-lists, comma-separated
+    std::optional<std::string> deviceName;   // device-name; else the host name
+    bool relayOnly = false;                  // relay-only: true or false
+    std::optional<std::string> defaultList;  // default-list
+    std::vector<std::string> ignoredLists;   // ignored-lists, comma-separated
 
     bool operator==(const Config&) const = default;
 

@@ -51,15 +51,20 @@ int64_t waitingOn(const StoreData& data, const std::string& placeKey) {
 }
 
 PlaceDTO placeDTO(const Place& place, const StoreData& data) {
-    return {place.id, place.name, place.latitude, place.longitude, place.radius, place.address,
+    return {place.id,
+            place.name,
+            place.latitude,
+            place.longitude,
+            place.radius,
+            place.address,
             waitingOn(data, Place::key(place.name))};
 }
 
 SettingsDTO settingsDTO(const NagSettings& settings) {
     using Field = NagSettings::Field;
-    return {settings.get(Field::repeat), settings.get(Field::nag),          settings.get(Field::stagger),
-            settings.get(Field::alarmRepeat), settings.get(Field::dateOnlyHour),
-            settings.nightWindow ? settings.nightWindow->text() : "off"};
+    return {settings.get(Field::repeat),       settings.get(Field::nag),
+            settings.get(Field::stagger),      settings.get(Field::alarmRepeat),
+            settings.get(Field::dateOnlyHour), settings.nightWindow ? settings.nightWindow->text() : "off"};
 }
 
 }  // namespace
@@ -155,8 +160,8 @@ Response Handler::add(const Request::Add& add, const Moment& moment) {
 
 Response Handler::list(Request::Section section, const Moment& moment) {
     Response response;
-    response.reminders = Planning::rows(*store_.data(), config_, activity_.me(moment.now), moment.now,
-                                        moment.calendar, section);
+    response.reminders =
+        Planning::rows(*store_.data(), config_, activity_.me(moment.now), moment.now, moment.calendar, section);
     return response;
 }
 
@@ -285,9 +290,8 @@ Response Handler::lists() {
     auto data = store_.data();
     std::vector<ListDTO> lists;
     for (const auto& [id, list] : data->lists) lists.push_back({id, list.name, Planning::isIgnored(list, config_)});
-    std::sort(lists.begin(), lists.end(), [](const ListDTO& a, const ListDTO& b) {
-        return Text::lowercased(a.name) < Text::lowercased(b.name);
-    });
+    std::sort(lists.begin(), lists.end(),
+              [](const ListDTO& a, const ListDTO& b) { return Text::lowercased(a.name) < Text::lowercased(b.name); });
     Response response;
     response.lists = std::move(lists);
     return response;
@@ -324,8 +328,9 @@ Response Handler::doctor() {
         doctor.remindersAccess = "full";
         doctor.defaultList = defaultListName(*data, config_);
         for (const auto& [id, list] : data->lists) {
-            bool named = std::any_of(doctor.ignoredLists.begin(), doctor.ignoredLists.end(),
-                                     [&](const std::string& name) { return Text::equalsIgnoringCase(name, list.name); });
+            bool named =
+                std::any_of(doctor.ignoredLists.begin(), doctor.ignoredLists.end(),
+                            [&](const std::string& name) { return Text::equalsIgnoringCase(name, list.name); });
             if (list.ignored && !named) doctor.ignoredLists.push_back(list.name);
         }
         doctor.reminders = static_cast<int64_t>(Planning::items(*data, config_).size());

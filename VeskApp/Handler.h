@@ -17,7 +17,7 @@ public:
     // What the handler asks of the world, so that tests can pin it.
     struct World {
         std::function<Date()> now;
-        std::function<Calendar()> calendar;           // the user's, at this moment
+        std::function<Calendar()> calendar;          // the user's, at this moment
         std::function<std::string()> notifications;  // "granted" or "unavailable"
         std::function<void()> changed;               // after every change that was saved
     };

@@ -1,7 +1,5 @@
 #include "VeskApp/Notifier.h"
 
-#include <poll.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
@@ -55,28 +53,30 @@ const auto onSignal = NotifierCallbacks::onSignal;
 
 Notifier::Notifier(OnAction onAction) : onAction_(std::move(onAction)) {}
 
-Notifier::~Notifier() { sd_bus_flush_close_unref(bus_); }
+Notifier::~Notifier() = default;
 
 bool Notifier::connect() {
-    if (sd_bus_open_user(&bus_) < 0) {
-        bus_ = nullptr;
-        std::cerr << "vesk-app: no session bus, so no desktop notifications\n";
+    if (!bus_.open(Bus::Kind::session)) {
+        if (!saidNoBus_) std::cerr << "vesk-app: no session bus, so no desktop notifications\n";
+        saidNoBus_ = true;
         return false;
     }
-    sd_bus_add_match(bus_, nullptr,
+    saidNoBus_ = false;
+    sd_bus* bus = bus_.get();
+    sd_bus_add_match(bus, nullptr,
                      "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
                      "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg0='org.freedesktop.Notifications'",
                      onSignal, this);
-    sd_bus_match_signal(bus_, nullptr, nullptr, objectPath, service, "ActionInvoked", onSignal, this);
-    sd_bus_match_signal(bus_, nullptr, nullptr, objectPath, service, "NotificationClosed", onSignal, this);
+    sd_bus_match_signal(bus, nullptr, nullptr, objectPath, service, "ActionInvoked", onSignal, this);
+    sd_bus_match_signal(bus, nullptr, nullptr, objectPath, service, "NotificationClosed", onSignal, this);
 
     sd_bus_message* reply = nullptr;
     int has = 0;
-    if (sd_bus_call_method(bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                           "NameHasOwner", nullptr, &reply, "s", service) >= 0)
+    if (sd_bus_call_method(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
+                           nullptr, &reply, "s", service) >= 0)
         sd_bus_message_read(reply, "b", &has);
     sd_bus_message_unref(reply);
-    serverPresent_ = has != 0 || startable(bus_);
+    serverPresent_ = has != 0 || startable(bus);
     if (!serverPresent_) {
         std::cerr << "vesk-app: no notification server on the session bus yet\n";
         saidMissing_ = true;
@@ -84,43 +84,43 @@ bool Notifier::connect() {
     return true;
 }
 
-int Notifier::descriptor() const { return bus_ ? sd_bus_get_fd(bus_) : -1; }
-
-uint32_t Notifier::events() const {
-    int events = bus_ ? sd_bus_get_events(bus_) : 0;
-    return events > 0 ? static_cast<uint32_t>(events) : POLLIN;
-}
-
-uint64_t Notifier::deadline() const {
-    uint64_t usec = UINT64_MAX;
-    if (bus_ && sd_bus_get_timeout(bus_, &usec) < 0) usec = UINT64_MAX;
-    return usec;
-}
-
 void Notifier::process() {
-    if (!bus_) return;
-    for (;;) {
-        int processed = sd_bus_process(bus_, nullptr);
-        if (processed < 0) {
-            std::cerr << "vesk-app: the session bus went away\n";
-            sd_bus_flush_close_unref(bus_);
-            bus_ = nullptr;
-            serverPresent_ = false;
-            return;
+    if (bus_.isOpen() && !bus_.process()) {
+        std::cerr << "vesk-app: the session bus went away\n";
+        forget();
+    }
+}
+
+void Notifier::forget() {
+    serverPresent_ = false;
+    shown_.clear();
+    reminderOf_.clear();
+}
+
+void Notifier::withdrawAllBut(const std::set<std::string>& keys) {
+    for (auto shown = shown_.begin(); shown != shown_.end();) {
+        if (keys.count(shown->first)) {
+            ++shown;
+            continue;
         }
-        if (processed == 0) return;
+        if (bus_.isOpen())
+            sd_bus_call_method_async(bus_.get(), nullptr, service, objectPath, service, "CloseNotification", nullptr,
+                                     nullptr, "u", shown->second);
+        reminderOf_.erase(shown->second);
+        shown = shown_.erase(shown);
     }
 }
 
 void Notifier::show(const PlannedAlert& alert, const std::string& body, const std::string& snoozeLabel) {
-    if (!bus_ || (!serverPresent_ && !startable(bus_))) {
+    sd_bus* bus = bus_.get();
+    if (!bus || (!serverPresent_ && !startable(bus))) {
         if (!saidMissing_) std::cerr << "vesk-app: no notification server; alerts are not shown\n";
         saidMissing_ = true;
         return;
     }
     auto replaces = shown_.find(alert.key);
     sd_bus_message* call = nullptr;
-    bool ok = sd_bus_message_new_method_call(bus_, &call, service, objectPath, service, "Notify") >= 0 &&
+    bool ok = sd_bus_message_new_method_call(bus, &call, service, objectPath, service, "Notify") >= 0 &&
               sd_bus_message_append(call, "susss", "Vesk", replaces == shown_.end() ? 0u : replaces->second, "",
                                     alert.title.c_str(), body.c_str()) >= 0 &&
               sd_bus_message_append(call, "as", 4, "done", "Done", "snooze", snoozeLabel.c_str()) >= 0 &&
@@ -133,7 +133,7 @@ void Notifier::show(const PlannedAlert& alert, const std::string& body, const st
               sd_bus_message_append(call, "i", alert.level == AlertLevel::alarm ? 0 : -1) >= 0;
     if (ok) {
         auto* pending = new Pending{this, alert.key};
-        if (sd_bus_call_async(bus_, nullptr, call, onReply, pending, 0) < 0) {
+        if (sd_bus_call_async(bus, nullptr, call, onReply, pending, 0) < 0) {
             delete pending;
             ok = false;
         }
@@ -162,13 +162,12 @@ int NotifierCallbacks::onSignal(sd_bus_message* message, void* data, sd_bus_erro
     if (sd_bus_message_is_signal(message, "org.freedesktop.DBus", "NameOwnerChanged")) {
         const char *name = nullptr, *before = nullptr, *after = nullptr;
         if (sd_bus_message_read(message, "sss", &name, &before, &after) < 0) return 0;
-        self.serverPresent_ = after && *after;
-        if (self.serverPresent_) {
+        if (after && *after) {
+            self.serverPresent_ = true;
             self.saidMissing_ = false;
         } else {
             // A new server knows nothing of the old one's notifications.
-            self.shown_.clear();
-            self.reminderOf_.clear();
+            self.forget();
         }
         return 0;
     }

@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 
+#include "VeskApp/Bus.h"
 #include "VeskNag/PlannedAlert.h"
-
-struct sd_bus;
 
 // Desktop notifications over D-Bus (the freedesktop Notifications interface on the
 // session bus). A reminder's new alert replaces its previous notification. Runs on the
@@ -23,14 +23,12 @@ public:
     Notifier& operator=(const Notifier&) = delete;
 
     // Connects to the session bus and watches for a notification server; false when there
-    // is no bus (said once on standard error).
+    // is no bus (said once on standard error, however often it is tried).
     bool connect();
+    bool connected() const { return bus_.isOpen(); }
 
-    // What the loop watches: the bus's descriptor (-1 without a bus), the poll events it
-    // wants, and when (CLOCK_MONOTONIC, microseconds) it wants to be called regardless.
-    int descriptor() const;
-    uint32_t events() const;
-    uint64_t deadline() const;
+    // The connection the loop watches.
+    Bus& bus() { return bus_; }
     // Handles everything the bus has for us: replies, actions, the server coming and going.
     void process();
 
@@ -41,13 +39,21 @@ public:
     // Done and Snooze (labelled `snoozeLabel`) actions.
     void show(const PlannedAlert& alert, const std::string& body, const std::string& snoozeLabel);
 
+    // Takes away the notifications of every reminder but those of `keys`: the ones done,
+    // deleted or put off meanwhile have nothing left to say.
+    void withdrawAllBut(const std::set<std::string>& keys);
+    bool showsAnything() const { return !shown_.empty(); }
+
 private:
+    void forget();
+
     friend struct NotifierCallbacks;  // the bus's callbacks, in Notifier.cpp
 
     OnAction onAction_;
-    sd_bus* bus_ = nullptr;
+    Bus bus_;
     bool serverPresent_ = false;
     bool saidMissing_ = false;
+    bool saidNoBus_ = false;
     std::map<std::string, uint32_t> shown_;       // reminder key -> its notification
     std::map<uint32_t, std::string> reminderOf_;  // notification -> reminder key
 };

@@ -75,13 +75,15 @@ std::vector<ReminderDTO> rows(const StoreData& data, const Config& config, const
         for (const BoardEntry& entry : entries) {
             auto list = lists.find(entry.item.key);
             rows.push_back(Listing::dto(entry, word, ++number,
-                                        list == lists.end() ? std::nullopt : std::optional(list->second), now, calendar));
+                                        list == lists.end() ? std::nullopt : std::optional(list->second), now,
+                                        calendar));
         }
     };
     if (section == Request::Section::now) {
         add(board.now, "now");
     } else {
-        for (const auto* entries : {&board.soon, &board.tomorrow, &board.thisWeek, &board.later}) add(*entries, "later");
+        for (const auto* entries : {&board.soon, &board.tomorrow, &board.thisWeek, &board.later})
+            add(*entries, "later");
     }
     return rows;
 }

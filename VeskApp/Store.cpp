@@ -228,7 +228,8 @@ void Store::save(const StoreData& before, const StoreData& after) {
     saveEach(before.lists, after.lists,
              "INSERT INTO lists (id, name, ignored) VALUES (?1, ?2, ?3) "
              "ON CONFLICT (id) DO UPDATE SET name = ?2, ignored = ?3",
-             "DELETE FROM lists WHERE id = ?1", [](Statement& statement, const std::string& id, const StoredList& list) {
+             "DELETE FROM lists WHERE id = ?1",
+             [](Statement& statement, const std::string& id, const StoredList& list) {
                  statement.bind(1, id).bind(2, list.name).bind(3, int64_t{list.ignored});
              });
     saveEach(before.reminders, after.reminders,
@@ -239,8 +240,10 @@ void Store::save(const StoreData& before, const StoreData& after) {
              [](Statement& statement, const std::string& key, const StoredReminder& reminder) {
                  auto optionalJson = [](const auto& value) -> std::optional<std::string> {
                      if (!value) return std::nullopt;
-                     if constexpr (std::is_same_v<std::decay_t<decltype(*value)>, DateComponents>) return compact(toJson(*value));
-                     else return compact(value->toJson());
+                     if constexpr (std::is_same_v<std::decay_t<decltype(*value)>, DateComponents>)
+                         return compact(toJson(*value));
+                     else
+                         return compact(value->toJson());
                  };
                  statement.bind(1, key)
                      .bind(2, reminder.title)
@@ -258,7 +261,8 @@ void Store::save(const StoreData& before, const StoreData& after) {
              });
 
     auto fact = [&](const char* name, const std::string& value) {
-        database_->prepare("INSERT INTO facts (name, value) VALUES (?1, ?2) ON CONFLICT (name) DO UPDATE SET value = ?2")
+        database_
+            ->prepare("INSERT INTO facts (name, value) VALUES (?1, ?2) ON CONFLICT (name) DO UPDATE SET value = ?2")
             .bind(1, std::string_view(name))
             .bind(2, value)
             .run();

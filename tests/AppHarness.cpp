@@ -5,12 +5,25 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <thread>
 
 #include "VeskIPC/Socket.h"
 
 namespace fs = std::filesystem;
+
+namespace {
+
+// A process that has ended and awaits its parent: everything it held is let go.
+bool isZombie(pid_t pid) {
+    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+    std::string text((std::istreambuf_iterator<char>(stat)), std::istreambuf_iterator<char>());
+    size_t close = text.rfind(')');
+    return close == std::string::npos || text.size() < close + 3 || text[close + 2] == 'Z';
+}
+
+}  // namespace
 
 AppHarness::AppHarness() : bin_(private_.base() + "/bin") {
     fs::create_directory(bin_);
@@ -44,15 +57,16 @@ void AppHarness::start(const std::vector<std::string>& arguments) {
 void AppHarness::stop() { endProcessesOf(appPath()); }
 
 void AppHarness::kill() {
-    // The same search as endProcessesOf, with no time for a goodbye.
+    // The same search as endProcessesOf, with no time for a goodbye. The app is the child of
+    // its faketime wrapper, not ours: wait until it has let go of everything it held.
     for (const auto& entry : fs::directory_iterator("/proc")) {
         std::error_code error;
         auto target = fs::read_symlink(entry.path() / "exe", error);
         if (error || target != appPath()) continue;
         pid_t pid = static_cast<pid_t>(std::stol(entry.path().filename()));
         ::kill(pid, SIGKILL);
-        while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-        }
+        for (int i = 0; i < 300 && ::kill(pid, 0) == 0 && !isZombie(pid); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
 }
 

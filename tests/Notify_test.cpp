@@ -197,6 +197,22 @@ TEST_F(Notifications, ActionsChangeTheStoreAndEndTheNagging) {
     EXPECT_EQ(shown().size(), clicks.size()) << "shown again at 10:00";
 }
 
+// Done or put off in the terminal, a reminder's notification leaves the desktop; the rest stay.
+TEST_F(Notifications, WhatIsDealtWithElsewhereLeavesTheDesktop) {
+    addThenRestartBefore10({"call the dentist at 9:51, nag me every minute",
+                            "water the plants at 9:51, nag me every minute", "stretch at 9:51, nag me every minute"});
+    std::map<std::string, std::string> ids;
+    for (const Shown& one : awaitShown(3)) ids[one.summary] = one.id;
+    vesk({"done", "dentist"});
+    vesk({"snooze", "plants", "2h"});
+    EXPECT_TRUE(waitFor([&] { return readLines(log_ + ".closed").size() >= 2; }, 3s));
+    std::vector<std::string> closed = readLines(log_ + ".closed");
+    std::sort(closed.begin(), closed.end());
+    std::vector<std::string> expected = {ids["call the dentist"], ids["water the plants"]};
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(closed, expected);
+}
+
 TEST_F(Notifications, ARestartDeliversNothingTwice) {
     start();
     add({"call the dentist at 10, nag me every minute"});

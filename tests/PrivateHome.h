@@ -34,6 +34,7 @@ pid_t spawnProcess(const std::vector<std::string>& argv, const std::map<std::str
 void endProcess(pid_t pid);
 // Ends every process whose executable is `path`, ours or started by others.
 void endProcessesOf(const std::string& path);
+// Puts the program `from` at `to`: a hard link where it can, else a copy.
 void copyExecutable(const std::string& from, const std::string& to);
 void writeFile(const std::string& path, const std::string& contents);
 std::vector<std::string> readLines(const std::string& path);

@@ -16,6 +16,8 @@ std::string StandInHarness::line(const Response& response) { return encodeWire(r
 
 StandInHarness::StandInHarness() : base_(private_.base()), home_(private_.home()) {
     for (const char* dir : {"/bin", "/path"}) fs::create_directory(base_ + dir);
+    // vesk runs from a folder of its own, so that no vesk-app of the build stands beside it.
+    copyExecutable(VESK_BINARY, vesk_);
     environment = testEnvironment();
     environment["STANDIN_SCRIPT"] = base_ + "/script";
     environment["STANDIN_LOG"] = base_ + "/requests";
@@ -63,8 +65,6 @@ ProcessResult StandInHarness::vesk(const std::vector<std::string>& arguments) co
 }
 
 void StandInHarness::installBesideVesk() {
-    vesk_ = base_ + "/bin/vesk";
-    copyExecutable(VESK_BINARY, vesk_);
     copyExecutable(STANDIN_BINARY, base_ + "/bin/vesk-app");
 }
 

@@ -57,10 +57,10 @@ public:
     // The requests the stand-ins received, raw, in order.
     std::vector<std::string> requests() const;
 
-    // Runs vesk (or the copy made by installBesideVesk) with `arguments` and `environment`.
+    // Runs vesk, from a folder of the harness's, with `arguments` and `environment`.
     ProcessResult vesk(const std::vector<std::string>& arguments) const;
 
-    // Puts a copy of vesk with the stand-in as vesk-app beside it; vesk() runs that copy.
+    // Puts the stand-in as vesk-app beside the vesk that vesk() runs.
     void installBesideVesk();
     // Puts the stand-in as vesk-app in a directory at the front of PATH for vesk().
     void installOnPath();
@@ -73,6 +73,6 @@ private:
     PrivateHome private_;
     std::string base_;  // the temporary directory: home/, bin/, path/ and the stand-in's files
     std::string home_;
-    std::string vesk_ = VESK_BINARY;
+    std::string vesk_ = base_ + "/bin/vesk";
     std::vector<pid_t> started_;
 };

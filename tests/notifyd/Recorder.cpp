@@ -2,6 +2,7 @@
 // DBUS_SESSION_BUS_ADDRESS. It answers as a desktop's would and adds one line per Notify
 // to FILE, fields split by tabs:
 //     id  replaces_id  app_name  summary  body  actions (by ",")  urgency  sound-name  expire_timeout
+// and the id of each notification that CloseNotification takes away to FILE.closed.
 // org.vesk.Test.Invoke(u id, s action) plays a user's click on an action: the server says
 // ActionInvoked, then NotificationClosed. Ends on SIGTERM, SIGINT or when the bus goes.
 #include <signal.h>
@@ -22,6 +23,7 @@ const char* const service = "org.freedesktop.Notifications";
 const char* const objectPath = "/org/freedesktop/Notifications";
 
 FILE* logFile = nullptr;
+FILE* closedFile = nullptr;  // the ids that CloseNotification took away, a line each
 uint32_t lastId = 0;
 std::set<uint32_t> showing;  // ids of the notifications on screen
 
@@ -93,6 +95,8 @@ int closeNotification(sd_bus_message* message, void*, sd_bus_error*) {
     int r = sd_bus_message_read(message, "u", &id);
     if (r < 0) return r;
     withdraw(sd_bus_message_get_bus(message), id, 3);  // closed by a call to CloseNotification
+    std::fprintf(closedFile, "%u\n", id);
+    std::fflush(closedFile);
     return sd_bus_reply_method_return(message, "");
 }
 
@@ -146,7 +150,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     logFile = std::fopen(argv[2], "a");
-    if (!logFile) return fail("can't write the log", -errno);
+    closedFile = std::fopen((std::string(argv[2]) + ".closed").c_str(), "a");
+    if (!logFile || !closedFile) return fail("can't write the log", -errno);
     // SIGTERM and SIGINT end the loop, through the event loop's signal sources.
     sigset_t signals;
     sigemptyset(&signals);
@@ -170,6 +175,7 @@ int main(int argc, char** argv) {
 
     r = sd_event_loop(event);
     std::fclose(logFile);
+    std::fclose(closedFile);
     sd_bus_flush_close_unref(bus);
     sd_event_unref(event);
     return r < 0 ? fail("the loop failed", r) : 0;
