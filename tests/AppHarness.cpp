@@ -5,25 +5,12 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <thread>
 
 #include "VeskIPC/Socket.h"
 
 namespace fs = std::filesystem;
-
-namespace {
-
-// A process that has ended and awaits its parent: everything it held is let go.
-bool isZombie(pid_t pid) {
-    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
-    std::string text((std::istreambuf_iterator<char>(stat)), std::istreambuf_iterator<char>());
-    size_t close = text.rfind(')');
-    return close == std::string::npos || text.size() < close + 3 || text[close + 2] == 'Z';
-}
-
-}  // namespace
 
 AppHarness::AppHarness() : bin_(private_.base() + "/bin") {
     fs::create_directory(bin_);
@@ -54,19 +41,27 @@ void AppHarness::start(const std::vector<std::string>& arguments) {
     throw std::runtime_error("app harness: vesk-app doesn't listen on " + path);
 }
 
-void AppHarness::stop() { endProcessesOf(appPath()); }
+void AppHarness::stop() {
+    endProcessesOf(appPath());
+    while (waitpid(-1, nullptr, WNOHANG) > 0) {
+    }
+}
 
 void AppHarness::kill() {
-    // The same search as endProcessesOf, with no time for a goodbye. The app is the child of
-    // its faketime wrapper, not ours: wait until it has let go of everything it held.
+    // The same search as endProcessesOf, with no time for a goodbye. A killed process lets go
+    // of its lock only once its last thread has ended, so wait until it is gone for good:
+    // reaped by us (it was put in the background) or by its faketime wrapper.
     for (const auto& entry : fs::directory_iterator("/proc")) {
         std::error_code error;
         auto target = fs::read_symlink(entry.path() / "exe", error);
         if (error || target != appPath()) continue;
         pid_t pid = static_cast<pid_t>(std::stol(entry.path().filename()));
         ::kill(pid, SIGKILL);
-        for (int i = 0; i < 300 && ::kill(pid, 0) == 0 && !isZombie(pid); ++i)
+        for (int i = 0; i < 500 && waitpid(pid, nullptr, WNOHANG) != pid && ::kill(pid, 0) == 0; ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    // The faketime wrappers that ended with their app.
+    while (waitpid(-1, nullptr, WNOHANG) > 0) {
     }
 }
 
