@@ -94,12 +94,26 @@ Response Handler::answer(const Request& request) {
         request.value);
 }
 
-std::vector<ReminderDTO> Handler::rows(const StoreData& data, const Moment& moment) const {
-    return Planning::rows(data, config_, activity_.me(moment.now), moment.now, moment.calendar);
+std::shared_ptr<const Planning::Reminders> Handler::reminders(const std::shared_ptr<const StoreData>& data,
+                                                              const Calendar& calendar) const {
+    std::lock_guard guard(viewing_);
+    std::string zone = calendar.timeZoneId();
+    if (viewed_ != data || viewedZone_ != zone) {
+        view_ = std::make_shared<const Planning::Reminders>(Planning::reminders(*data, config_, calendar));
+        viewed_ = data;
+        viewedZone_ = std::move(zone);
+    }
+    return view_;
+}
+
+std::vector<ReminderDTO> Handler::rows(const std::shared_ptr<const StoreData>& data, const Moment& moment,
+                                       Request::Section section) const {
+    return Planning::rows(*data, *reminders(data, moment.calendar), activity_.me(moment.now), moment.now,
+                          moment.calendar, section);
 }
 
 ReminderDTO Handler::resolve(const std::string& reference, const Moment& moment) const {
-    auto found = Listing::resolve(reference, rows(*store_.data(), moment));
+    auto found = Listing::resolve(reference, rows(store_.data(), moment));
     if (auto* error = std::get_if<WireError>(&found)) throw *error;
     return std::get<ReminderDTO>(found);
 }
@@ -153,15 +167,14 @@ Response Handler::add(const Request::Add& add, const Moment& moment) {
         }
         data.reminders[key] = reminder;
     });
-    for (auto& row : rows(*saved, moment))
+    for (auto& row : rows(saved, moment))
         if (row.id == key) response.reminder = std::move(row);
     return response;
 }
 
 Response Handler::list(Request::Section section, const Moment& moment) {
     Response response;
-    response.reminders =
-        Planning::rows(*store_.data(), config_, activity_.me(moment.now), moment.now, moment.calendar, section);
+    response.reminders = rows(store_.data(), moment, section);
     return response;
 }
 
@@ -222,7 +235,7 @@ Response Handler::snooze(const Request::Snooze& snooze, const Moment& moment) {
                       " as a time to come back. Try 15m, 2h, tonight, tomorrow or friday at 3pm.");
     snoozeUntil(row.id, *until);
     Response response;
-    for (auto& after : rows(*store_.data(), moment))
+    for (auto& after : rows(store_.data(), moment))
         if (after.id == row.id) response.reminder = std::move(after);
     return response;
 }

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <memory>
+#include <mutex>
 #include <string>
 
 #include "Platform/Calendar.h"
 #include "Platform/Date.h"
 #include "VeskApp/Activity.h"
 #include "VeskApp/Config.h"
+#include "VeskApp/Planning.h"
 #include "VeskApp/Store.h"
 #include "VeskIPC/Wire.h"
 
@@ -53,7 +56,11 @@ private:
 
     void complete(const std::string& key, const Moment& moment);
     void snoozeUntil(const std::string& key, Date until);
-    std::vector<ReminderDTO> rows(const StoreData& data, const Moment& moment) const;
+    std::vector<ReminderDTO> rows(const std::shared_ptr<const StoreData>& data, const Moment& moment,
+                                  Request::Section section = Request::Section::all) const;
+    // The planner's view of the store as it is, made again only after a change.
+    std::shared_ptr<const Planning::Reminders> reminders(const std::shared_ptr<const StoreData>& data,
+                                                         const Calendar& calendar) const;
     ReminderDTO resolve(const std::string& reference, const Moment& moment) const;
     // Saves `change` with this device's record, and tells the world.
     std::shared_ptr<const StoreData> change(const std::function<void(StoredReminder&)>& change, const std::string& key);
@@ -63,4 +70,8 @@ private:
     const Config config_;
     Activity& activity_;
     World world_;
+    mutable std::mutex viewing_;  // guards the three below
+    mutable std::shared_ptr<const StoreData> viewed_;
+    mutable std::string viewedZone_;
+    mutable std::shared_ptr<const Planning::Reminders> view_;
 };

@@ -3,6 +3,7 @@
 #include "Platform/Text.h"
 #include "VeskIPC/Listing.h"
 #include "VeskNag/Board.h"
+#include "VeskNag/Series.h"
 
 namespace Planning {
 
@@ -57,20 +58,42 @@ PlanContext context(const StoreData& data, const Device& me, Date now, const Cal
                        .activeWindow = PlanContext::defaultActiveWindow};
 }
 
-std::vector<ReminderDTO> rows(const StoreData& data, const Config& config, const Device& me, Date now,
-                              const Calendar& calendar, Request::Section section) {
-    std::map<std::string, std::string> lists;
+Reminders reminders(const StoreData& data, const Config& config, const Calendar& calendar) {
+    Reminders result{items(data, config), {}, {}};
+    const PlanContext anyMoment = context(data, Device{}, Date{}, calendar);
+    for (const NagItem& item : result.items) result.anchors.push_back(VeskNag::timeAnchor(item, anyMoment));
     for (const auto& [key, reminder] : data.reminders) {
         auto list = data.lists.find(reminder.list);
-        if (list != data.lists.end()) lists.emplace(key, list->second.name);
+        if (list != data.lists.end()) result.lists.emplace(key, list->second.name);
     }
-    const PlanContext context = Planning::context(data, me, now, calendar);
-    const Board board = VeskNag::board(items(data, config), context);
-    if (section == Request::Section::all) return Listing::reminders(board, lists, now, calendar);
+    return result;
+}
 
+std::vector<ReminderDTO> rows(const StoreData& data, const Config& config, const Device& me, Date now,
+                              const Calendar& calendar, Request::Section section) {
+    return rows(data, reminders(data, config, calendar), me, now, calendar, section);
+}
+
+std::vector<ReminderDTO> rows(const StoreData& data, const Reminders& reminders, const Device& me, Date now,
+                              const Calendar& calendar, Request::Section section) {
+    const std::map<std::string, std::string>& lists = reminders.lists;
+    const PlanContext context = Planning::context(data, me, now, calendar);
+    if (section == Request::Section::all)
+        return Listing::reminders(VeskNag::board(reminders.items, context), lists, now, calendar);
+
+    // An item is in the now section exactly when its time anchor has come, so one section
+    // needs a board of its own items only, and the count of the others.
+    std::vector<NagItem> part;
+    size_t come = 0;
+    for (size_t i = 0; i < reminders.items.size(); ++i) {
+        const bool due = reminders.anchors[i] && *reminders.anchors[i] <= now;
+        come += due;
+        if (due == (section == Request::Section::now)) part.push_back(reminders.items[i]);
+    }
+    const Board board = VeskNag::board(part, context);
     // One section: only its rows are made, with the numbers they have among all rows.
     std::vector<ReminderDTO> rows;
-    int64_t number = section == Request::Section::now ? 0 : static_cast<int64_t>(board.now.size());
+    int64_t number = section == Request::Section::now ? 0 : static_cast<int64_t>(come);
     auto add = [&](const std::vector<BoardEntry>& entries, const std::string& word) {
         for (const BoardEntry& entry : entries) {
             auto list = lists.find(entry.item.key);

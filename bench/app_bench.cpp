@@ -199,6 +199,16 @@ void Idle(benchmark::State& state) {
     }
 }
 
+// One `list now` exchange with the running app over its socket, from this process.
+void Exchange(benchmark::State& state) {
+    const Request request{Request::List{Request::Section::now}};
+    for (auto _ : state) {
+        auto answer = SocketClient::send(request, VeskSocket::defaultPath(), 5);
+        if (!std::holds_alternative<Response>(answer)) return state.SkipWithError("no answer");
+    }
+}
+BENCHMARK(Exchange)->Unit(benchmark::kMillisecond);
+
 BENCHMARK_CAPTURE(runs, version, std::vector<std::string>{"--version"})
     ->Iterations(1)->Repetitions(100)->ReportAggregatesOnly(true)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(runs, now, std::vector<std::string>{"now"})
