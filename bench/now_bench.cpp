@@ -1,17 +1,13 @@
 // Whole-process time of `vesk now` against a live peer that holds 1,000 reminders.
 //
 // The peer is a SocketServer in this process, at the default socket path, answering
-// every request with the same encoded response. The process
-// first moves into a private mount namespace and mounts a temporary directory over the
-// user's home there, so neither the peer nor vesk touches the real home. Needs root (or
+// every request with the same encoded response. The process first makes itself a private
+// home (the tests' PrivateHome), so neither the peer nor vesk touches the real home. Needs root (or
 // the right to make a user namespace). Each repetition is one run of vesk, from spawn to
 // exit; the median over the repetitions is the figure to read.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
-#include <pwd.h>
-#include <sched.h>
 #include <spawn.h>
-#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -19,13 +15,11 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "PrivateHome.h"
 #include "VeskIPC/Socket.h"
 
 namespace {
@@ -55,29 +49,6 @@ Response heldReminders() {
         response.reminders->push_back(reminder);
     }
     return response;
-}
-
-bool writeFile(const std::string& path, const std::string& contents) {
-    std::ofstream file(path);
-    file << contents;
-    return static_cast<bool>(file);
-}
-
-// A private mount namespace with a fresh temporary home; returns the temporary directory.
-std::string enterPrivateHome() {
-    uid_t uid = getuid();
-    gid_t gid = getgid();
-    if (unshare(CLONE_NEWNS) != 0) {
-        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return "";
-        writeFile("/proc/self/setgroups", "deny");
-        writeFile("/proc/self/uid_map", std::to_string(uid) + " " + std::to_string(uid) + " 1");
-        writeFile("/proc/self/gid_map", std::to_string(gid) + " " + std::to_string(gid) + " 1");
-    }
-    if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return "";
-    char name[] = "/tmp/vesk-bench-XXXXXX";
-    if (!mkdtemp(name)) return "";
-    if (mount(name, getpwuid(uid)->pw_dir, nullptr, MS_BIND, nullptr) != 0) return "";
-    return name;
 }
 
 // Runs vesk with `arguments`, its output to the null device; returns its exit status
@@ -150,9 +121,11 @@ BENCHMARK_CAPTURE(runs, now_json, std::vector<std::string>{"now", "--json"})
     ->Iterations(1)->Repetitions(200)->ReportAggregatesOnly(true)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
-    std::string home = enterPrivateHome();
-    if (home.empty()) {
-        std::fprintf(stderr, "now_bench: cannot make a private home (%s); run as root\n", std::strerror(errno));
+    std::unique_ptr<PrivateHome> home;
+    try {
+        home = std::make_unique<PrivateHome>();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "now_bench: %s; run as root\n", error.what());
         return 1;
     }
     // Encoded once: the figure is vesk's time, not the peer's encoder.
@@ -172,8 +145,5 @@ int main(int argc, char** argv) {
 
     peer.stop();
     std::fprintf(stderr, "requests answered: %d\n", requests.load());
-    umount2(getpwuid(getuid())->pw_dir, MNT_DETACH);
-    std::error_code ignored;
-    std::filesystem::remove_all(home, ignored);
     return 0;
 }
