@@ -1,6 +1,17 @@
 #include "VeskApp/Activity.h"
 
+#include <unistd.h>
+
 #include "VeskNag/Election.h"
+
+namespace {
+
+std::string hostName() {
+    char name[256] = {};
+    return gethostname(name, sizeof name - 1) == 0 && *name ? name : "this computer";
+}
+
+}  // namespace
 
 Activity::Activity(std::string name, bool relayOnly, const DeviceRecord& stored)
     : id_(stored.id),
@@ -8,6 +19,9 @@ Activity::Activity(std::string name, bool relayOnly, const DeviceRecord& stored)
       relayOnly_(relayOnly),
       lastActive_(stored.lastActive),
       activeSince_(stored.activeSince) {}
+
+Activity::Activity(const Config& config, const DeviceRecord& stored)
+    : Activity(config.deviceName.value_or(hostName()), config.relayOnly, stored) {}
 
 void Activity::touch(Date now) {
     std::lock_guard guard(lock_);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Platform/Date.h"
+#include "VeskApp/Config.h"
 #include "VeskApp/Store.h"
 #include "VeskNag/PlanContext.h"
 
@@ -13,6 +14,8 @@
 class Activity {
 public:
     Activity(std::string name, bool relayOnly, const DeviceRecord& stored);
+    // Named by the config, else by the host.
+    Activity(const Config& config, const DeviceRecord& stored);
 
     // A sign of use at `now`.
     void touch(Date now);

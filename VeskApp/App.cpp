@@ -49,12 +49,6 @@ struct Descriptor {
     Descriptor& operator=(const Descriptor&) = delete;
 };
 
-std::string hostName() {
-    char name[256] = {};
-    if (gethostname(name, sizeof name - 1) != 0 || !*name) return "this computer";
-    return name;
-}
-
 // Only one app per user plans and delivers: the lock on a file in the data directory.
 // Absent when another instance holds it; a directory that can't be written gives no
 // lock and no refusal (the store will say what is wrong).
@@ -144,7 +138,7 @@ int serve(const Options& options) {
     if (auto failure = store.failure()) std::cerr << "vesk-app: " << *failure << "\n";
     DeviceRecord stored;
     if (!store.failure()) stored = store.data()->device;
-    Activity activity(config.deviceName.value_or(hostName()), config.relayOnly, stored);
+    Activity activity(config, stored);
     UserCalendar calendar;
 
     Descriptor changed(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));

@@ -25,11 +25,6 @@ const char* levelName(AlertLevel level) {
     return "notification";
 }
 
-std::string hostName() {
-    char name[256] = {};
-    return gethostname(name, sizeof name - 1) == 0 && *name ? name : "this computer";
-}
-
 }  // namespace
 
 int printPlan(const Paths& paths, const Config& config, int64_t hours, bool json) {
@@ -43,7 +38,7 @@ int printPlan(const Paths& paths, const Config& config, int64_t hours, bool json
             return 3;
         }
         auto data = store.data();
-        Activity activity(config.deviceName.value_or(hostName()), config.relayOnly, data->device);
+        Activity activity(config, data->device);
         alerts = Scheduler::upcoming(*data, config, activity.me(now), now, calendar, static_cast<double>(hours) * 3600);
     }
 
