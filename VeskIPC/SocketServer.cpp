@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <condition_variable>
 #include <filesystem>
 #include <mutex>
 #include <system_error>
@@ -15,12 +16,17 @@ struct SocketServer::State {
     RawHandler handler;
     std::mutex lock;  // guards listener
     int listener = -1;
+    std::mutex exchanging;  // guards exchanges
+    std::condition_variable slotFree;
+    int exchanges = 0;  // connections being read or answered
 };
 
 namespace {
 
 constexpr double serverTimeout = 10;
 constexpr int backlog = 16;
+// Beyond this many exchanges at once, further peers wait in the queue of the listener.
+constexpr int exchangeLimit = 256;
 constexpr const char* unreadableRequest = "Vesk couldn't read that request. Are the CLI and app the same version?";
 
 SocketServer::RawHandler answering(SocketServer::Handler handler) {
@@ -47,30 +53,52 @@ bool isSameUser(int connection) {
     return peer.uid == getuid();
 }
 
-// Answers one request and closes the connection, which ends the answer.
-void answer(const std::shared_ptr<SocketServer::State>& state, int connection, const std::string& request) {
+// Reads one request to the end of its stream, answers it and closes the connection, which
+// ends the answer. On a task of its own: a peer that sends nothing, or half a request and
+// then nothing, holds up no one but itself until its reads time out.
+void exchange(const std::shared_ptr<SocketServer::State>& state, int connection) {
+    std::string request = VeskSocket::readAll(connection);
     std::optional<std::string> bytes;
-    try {
-        bytes = state->handler(request);
-    } catch (...) {
-        // A handler that fails leaves the peer without an answer.
+    if (!request.empty()) {
+        try {
+            bytes = state->handler(request);
+        } catch (...) {
+            // A handler that fails leaves the peer without an answer.
+        }
     }
     if (bytes) VeskSocket::writeAll(connection, *bytes);
     close(connection);
 }
 
-void startTask(std::shared_ptr<SocketServer::State> state, int connection, std::string request) {
+void startTask(std::shared_ptr<SocketServer::State> state, int connection) {
+    {
+        std::lock_guard guard(state->exchanging);
+        ++state->exchanges;
+    }
+    auto done = [](SocketServer::State& state) {
+        std::lock_guard guard(state.exchanging);
+        --state.exchanges;
+        state.slotFree.notify_one();
+    };
     try {
-        std::thread([state, connection, request = std::move(request)] { answer(state, connection, request); })
-            .detach();
+        std::thread([state, connection, done] {
+            exchange(state, connection);
+            done(*state);
+        }).detach();
     } catch (const std::system_error&) {
         close(connection);
+        done(*state);
     }
 }
 
-// Reads requests one at a time until `stop` shuts the listener down; then closes it.
+// Accepts peers one at a time until `stop` shuts the listener down; then closes it. Each
+// exchange runs on a task of its own, so a slow peer keeps no other waiting.
 void acceptLoop(std::shared_ptr<SocketServer::State> state, int listener) {
     for (;;) {
+        {
+            std::unique_lock guard(state->exchanging);
+            state->slotFree.wait(guard, [&] { return state->exchanges < exchangeLimit; });
+        }
         int connection = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (connection < 0) {
             if (errno == EINTR || errno == ECONNABORTED) continue;
@@ -86,12 +114,7 @@ void acceptLoop(std::shared_ptr<SocketServer::State> state, int listener) {
             continue;
         }
         VeskSocket::configure(connection, serverTimeout);
-        std::string request = VeskSocket::readAll(connection);
-        if (request.empty()) {
-            close(connection);
-            continue;
-        }
-        startTask(state, connection, std::move(request));
+        startTask(state, connection);
     }
     close(listener);
 }

@@ -194,6 +194,22 @@ TEST_F(SocketTest, MultiMegabyteRequestAndAnswerCross) {
     EXPECT_EQ(ask(path(), text, 10), text);
 }
 
+// Peers that send nothing, or half a request and then nothing, hold up no one else.
+TEST_F(SocketTest, SilentPeersKeepNoOneWaiting) {
+    serve(path(), echo());
+    std::vector<int> silent;
+    for (const std::string& half : {std::string(), std::string(R"({"add":{"text":"half)")}) {
+        auto connected = SocketClient::connect(path());
+        ASSERT_TRUE(std::holds_alternative<int>(connected));
+        silent.push_back(std::get<int>(connected));
+        VeskSocket::writeAll(silent.back(), half);
+    }
+    auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(ask(path(), "served", 5), "served");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+    for (int descriptor : silent) close(descriptor);
+}
+
 TEST_F(SocketTest, SlowHandlerPastTheClientsTimeoutFailsHarmlessly) {
     auto release = std::make_shared<std::promise<void>>();
     auto released = release->get_future().share();
