@@ -67,12 +67,41 @@ SettingsDTO settingsDTO(const NagSettings& settings) {
             settings.get(Field::dateOnlyHour), settings.nightWindow ? settings.nightWindow->text() : "off"};
 }
 
+constexpr size_t sentenceLimit = 10000;  // characters of a sentence to read as a reminder
+constexpr size_t wordsLimit = 1000;      // characters of a reference, a name, a time or a setting
+
+// The grammar reads a megabyte in about a second and every listing would carry what it
+// saved: a request far beyond anything a person types is refused before any of that.
+void refuseOversized(const Request& request) {
+    auto within = [](const std::string& text, size_t limit) { return Text::characterCount(text) <= limit; };
+    bool fits = std::visit(
+        [&](const auto& value) {
+            using R = std::decay_t<decltype(value)>;
+            if constexpr (std::is_same_v<R, Request::Add>) return within(value.text, sentenceLimit);
+            if constexpr (std::is_same_v<R, Request::Done> || std::is_same_v<R, Request::Delete>)
+                return within(value.ref, wordsLimit);
+            if constexpr (std::is_same_v<R, Request::Snooze>)
+                return within(value.ref, wordsLimit) && within(value.until, wordsLimit);
+            if constexpr (std::is_same_v<R, Request::AddPlace>)
+                return within(value.name, wordsLimit) && within(value.search.value_or(""), wordsLimit);
+            if constexpr (std::is_same_v<R, Request::RemovePlace>) return within(value.name, wordsLimit);
+            if constexpr (std::is_same_v<R, Request::SetSetting>)
+                return within(value.key, wordsLimit) && within(value.value, wordsLimit);
+            return true;
+        },
+        request.value);
+    if (!fits)
+        throw invalid("That is more than Vesk reads: a reminder takes at most 10,000 characters, and a number, "
+                      "name or time at most 1,000.");
+}
+
 }  // namespace
 
 Handler::Handler(Store& store, Config config, Activity& activity, World world)
     : store_(store), config_(std::move(config)), activity_(activity), world_(std::move(world)) {}
 
 Response Handler::answer(const Request& request) {
+    refuseOversized(request);
     const Moment moment{world_.now(), world_.calendar()};
     activity_.touch(moment.now);
     return std::visit(

@@ -109,36 +109,45 @@ void Store::open(Database::Mode mode) {
     database_ = std::make_unique<Database>(path_, mode);
     if (!existed && mode == Database::Mode::readWrite) chmod(path_.c_str(), 0600);
 
-    // Read before anything is written: a newer or foreign file must stay as it is.
+    // Everything is read before anything is written: a newer, damaged or foreign file must
+    // stay exactly as it is, for its owner to recover.
     const int64_t version = database_->pragma("user_version");
     if (version > schemaVersion) {
         throw SqliteError(0, "it was written by a newer version of Vesk (schema " + std::to_string(version) +
                                  "; this one reads up to " + std::to_string(schemaVersion) + "); it is left as it is");
     }
-    if (mode == Database::Mode::readWrite) {
-        database_->execute("PRAGMA journal_mode=WAL");
-        database_->execute("PRAGMA synchronous=FULL");
-        database_->execute("PRAGMA foreign_keys=ON");
-        if (version == 0) {
-            // First run: the schema, the default list, the settings' defaults and this device.
-            Database::Transaction transaction(*database_);
-            database_->execute(schema);
-            StoreData first;
-            StoredList list{Uuid::random().text(), "Reminders", false};
-            first.lists[list.id] = list;
-            first.defaultList = list.id;
-            first.device.id = Uuid::random().text();
-            save(StoreData{}, first);
-            database_->execute("PRAGMA user_version = " + std::to_string(schemaVersion));
-            transaction.commit();
+    if (version == 0) {
+        if (mode == Database::Mode::readOnly) {
+            data_ = std::make_shared<StoreData>();
+            return;
         }
+        writeThrough();
+        // First run: the schema, the default list, the settings' defaults and this device.
+        Database::Transaction transaction(*database_);
+        database_->execute(schema);
+        StoreData first;
+        StoredList list{Uuid::random().text(), "Reminders", false};
+        first.lists[list.id] = list;
+        first.defaultList = list.id;
+        first.device.id = Uuid::random().text();
+        save(StoreData{}, first);
+        database_->execute("PRAGMA user_version = " + std::to_string(schemaVersion));
+        transaction.commit();
     }
+    auto data = load();
+    if (version != 0 && mode == Database::Mode::readWrite) writeThrough();
+    data_ = std::move(data);
+}
 
+// Every change is written through to the disk before it counts as made.
+void Store::writeThrough() {
+    database_->execute("PRAGMA journal_mode=WAL");
+    database_->execute("PRAGMA synchronous=FULL");
+    database_->execute("PRAGMA foreign_keys=ON");
+}
+
+std::shared_ptr<StoreData> Store::load() {
     auto data = std::make_shared<StoreData>();
-    if (version == 0 && mode == Database::Mode::readOnly) {
-        data_ = data;
-        return;
-    }
     for (Statement rows = database_->prepare("SELECT id, name, ignored FROM lists"); rows.step();)
         data->lists[rows.text(0)] = StoredList{rows.text(0), rows.text(1), rows.integer(2) != 0};
 
@@ -186,7 +195,7 @@ void Store::open(Database::Mode mode) {
                 data->deliveredUpTo = Date{*moment};
         }
     }
-    data_ = std::move(data);
+    return data;
 }
 
 std::shared_ptr<const StoreData> Store::change(const std::function<void(StoreData&)>& change) {

@@ -86,6 +86,8 @@ public:
 
 private:
     void open(Database::Mode mode);
+    void writeThrough();
+    std::shared_ptr<StoreData> load();
     void save(const StoreData& before, const StoreData& after);
 
     std::string path_;

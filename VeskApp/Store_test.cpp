@@ -97,24 +97,33 @@ TEST_F(StoreTest, AFailedChangeChangesNothing) {
 }
 
 TEST_F(StoreTest, FilesItCannotUseAreLeftAsTheyAre) {
-    fs::create_directories(fs::path(path).parent_path());
+    {
+        Store store(path);
+        store.change([](StoreData& data) {
+            for (int i = 0; i < 200; ++i) data.reminders["k" + std::to_string(i)] = fullReminder(data.defaultList);
+        });
+    }
+    const std::string whole = bytes(path);
     {
         Database newer(path, Database::Mode::readWrite);
-        newer.execute("CREATE TABLE future (x); PRAGMA user_version = 7");
+        newer.execute("PRAGMA user_version = 7");
     }
     const std::pair<std::string, std::string> files[] = {
         {bytes(path), "newer version of Vesk (schema 7"},
+        {whole.substr(0, whole.size() / 2), "malformed"},
         {std::string("this is no database, just text that someone put here. ", 4096), "file is not a database"},
     };
     for (const auto& [contents, reason] : files) {
+        fs::remove(path + "-wal");
+        fs::remove(path + "-shm");
         std::ofstream(path, std::ios::binary | std::ios::trunc) << contents;
         Store store(path);
-        ASSERT_TRUE(store.failure());
+        ASSERT_TRUE(store.failure()) << reason;
         EXPECT_NE(store.failure()->find(path), std::string::npos) << *store.failure();
         EXPECT_NE(store.failure()->find(reason), std::string::npos) << *store.failure();
         EXPECT_THROW(store.data(), WireError);
         EXPECT_THROW(store.change([](StoreData&) {}), WireError);
-        EXPECT_EQ(bytes(path), contents);
+        EXPECT_EQ(bytes(path), contents) << reason;
     }
 }
 
