@@ -8,6 +8,7 @@
 #include "Platform/Text.h"
 #include "VeskParse/ParseTesting.h"
 #include "VeskParse/SnoozeTime.h"
+#include "VeskParse/Work.h"
 
 using namespace ParseTesting;
 
@@ -95,6 +96,13 @@ TEST(Robustness, GeneratedInputs) {
         }
         checkReads(input);
     }
+}
+
+// The app makes a parser for each request with the places of that moment: however many
+// different place names come by, the compiled patterns kept stay bounded.
+TEST(Robustness, PlaceNamesKeepNoPatternForever) {
+    for (int n = 0; n < 2000; ++n) parser({"place " + std::to_string(n)}).parse("at 9 when I get to home", wednesday());
+    EXPECT_LE(Work::cachedPatterns(), Work::cacheLimit);
 }
 
 }  // namespace

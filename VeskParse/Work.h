@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,4 +15,8 @@ struct Work {
     // part). Absent when nothing matches or the pattern does not compile. Each pattern is
     // compiled once per process, through a cache shared by all threads.
     std::optional<std::vector<std::string>> take(std::string_view pattern);
+
+    // At most this many compiled patterns are kept; how many are kept now.
+    static constexpr size_t cacheLimit = 512;
+    static size_t cachedPatterns();
 };
