@@ -108,10 +108,12 @@ TEST_F(StoreTest, FilesItCannotUseAreLeftAsTheyAre) {
         Database newer(path, Database::Mode::readWrite);
         newer.execute("PRAGMA user_version = 7");
     }
+    std::string text;
+    while (text.size() < 64 * 1024) text += "this is no database, just text that someone put here. ";
     const std::pair<std::string, std::string> files[] = {
         {bytes(path), "newer version of Vesk (schema 7"},
         {whole.substr(0, whole.size() / 2), "malformed"},
-        {std::string("this is no database, just text that someone put here. ", 4096), "file is not a database"},
+        {text, "file is not a database"},
     };
     for (const auto& [contents, reason] : files) {
         fs::remove(path + "-wal");
