@@ -60,3 +60,16 @@ private:
     const JsonDocument* document_;
     JsonDocument::Index index_;
 };
+
+// The value `T::fromJson` reads from a JSON text; absent when the text does not parse or
+// its value does not decode.
+template <class T>
+std::optional<T> decodeJson(std::string_view text) {
+    const auto document = JsonDocument::parse(text);
+    if (!document) return std::nullopt;
+    try {
+        return T::fromJson(JsonDecoder(*document));
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}

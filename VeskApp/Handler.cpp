@@ -370,9 +370,10 @@ Response Handler::doctor() {
         doctor.remindersAccess = "full";
         doctor.defaultList = defaultListName(*data, config_);
         for (const auto& [id, list] : data->lists) {
-            bool named =
-                std::any_of(doctor.ignoredLists.begin(), doctor.ignoredLists.end(),
-                            [&](const std::string& name) { return Text::equalsIgnoringCase(name, list.name); });
+            bool named = std::any_of(doctor.ignoredLists.begin(), doctor.ignoredLists.end(),
+                                     [&listName = list.name](const std::string& name) {
+                                         return Text::equalsIgnoringCase(name, listName);
+                                     });
             if (list.ignored && !named) doctor.ignoredLists.push_back(list.name);
         }
         doctor.reminders = static_cast<int64_t>(Planning::items(*data, config_).size());

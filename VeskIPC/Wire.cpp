@@ -10,6 +10,8 @@ template <class... Ts>
 struct Overloaded : Ts... {
     using Ts::operator()...;
 };
+template <class... Ts>
+Overloaded(Ts...) -> Overloaded<Ts...>;
 
 // The case object of a request: required to be an object, also for cases without fields.
 JsonDecoder caseObject(const JsonDecoder& json, const std::string& key) {
@@ -32,17 +34,6 @@ std::vector<T> arrayFromJson(const JsonDecoder& json) {
     items.reserve(elements.size());
     for (const JsonDecoder& element : elements) items.push_back(T::fromJson(element));
     return items;
-}
-
-template <class T>
-std::optional<T> decode(std::string_view bytes) {
-    const auto document = JsonDocument::parse(bytes);
-    if (!document) return std::nullopt;
-    try {
-        return T::fromJson(JsonDecoder(*document));
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
 }
 
 }  // namespace
@@ -280,6 +271,6 @@ std::optional<std::string> encodeWire(const Response& response) {
     return text;
 }
 
-std::optional<Request> decodeRequest(std::string_view bytes) { return decode<Request>(bytes); }
+std::optional<Request> decodeRequest(std::string_view bytes) { return decodeJson<Request>(bytes); }
 
-std::optional<Response> decodeResponse(std::string_view bytes) { return decode<Response>(bytes); }
+std::optional<Response> decodeResponse(std::string_view bytes) { return decodeJson<Response>(bytes); }

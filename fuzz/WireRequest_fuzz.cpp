@@ -1,0 +1,9 @@
+// The app reads requests from any local client: decoding never crashes, and what decodes
+// goes back and forth over the wire unchanged.
+
+#include "RoundTrip.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    Fuzz::wireRoundTrip(Fuzz::text(data, size), decodeRequest);
+    return 0;
+}
