@@ -28,7 +28,10 @@ std::optional<double> duration(std::string_view text) {
     } else if ((*match)[2].starts_with("h")) {
         unit = 3600;
     }
-    return amount * unit;
+    // Hundreds of digits read as a number that no unit can multiply.
+    const double seconds = amount * unit;
+    if (!std::isfinite(seconds)) return std::nullopt;
+    return seconds;
 }
 
 std::optional<Date> resolve(std::string_view phrase, Date now, const Calendar& calendar, const NagSettings& settings) {

@@ -29,6 +29,8 @@ TEST(SnoozeTime, DurationReadsTheWholeTextOnly) {
         {"3d", 259200}, {"2hours", 7200}, {"0m", 0}, {"1w", std::nullopt}, {"15 M", std::nullopt}, {"In 15m", std::nullopt},
         {"in15m", std::nullopt}, {"15m ", std::nullopt}, {" 15m", std::nullopt}, {"1.5h", std::nullopt}, {"m", std::nullopt},
         {"", std::nullopt}, {"٣m", std::nullopt}, {std::string(400, '9') + "m", std::nullopt},
+        // A number that reads, but that no unit can multiply.
+        {std::string(305, '9') + "d", std::nullopt},
     };
     for (const auto& c : cases) EXPECT_EQ(SnoozeTime::duration(c.text), c.seconds) << c.text;
 }
