@@ -77,12 +77,12 @@ TEST(ParseOutputJson, StartRemindingOnADateWithoutDayIsEmptyButWritten) {
 }
 
 TEST(ParseOutputJson, RefusesWrongShapes) {
+    for (const char* key : {"title", "style", "unresolved", "needsModel", "readByModel"}) {
+        Json missing = Json::parse(base + "}");
+        missing.erase(key);
+        EXPECT_THROW(decoded(missing.dump()), DecodeError) << key;
+    }
     const std::string documents[] = {
-        R"({"style":"once","unresolved":[],"needsModel":false,"readByModel":false})",
-        R"({"title":"x","unresolved":[],"needsModel":false,"readByModel":false})",
-        R"({"title":"x","style":"once","needsModel":false,"readByModel":false})",
-        R"({"title":"x","style":"once","unresolved":[],"readByModel":false})",
-        R"({"title":"x","style":"once","unresolved":[],"needsModel":false})",
         R"({"title":"x","style":"once","unresolved":[1],"needsModel":false,"readByModel":false})",
         base + R"(,"repeatIntervalSeconds":89.9})", base + R"(,"repeatIntervalSeconds":1e19})",
         base + R"(,"trigger":{"edge":"arrive","place":"home"}})",
@@ -105,23 +105,23 @@ TEST(ParseOutputOperations, Format) {
     for (const auto& c : cases) EXPECT_EQ(ParseOutput::format(c.components), c.text) << c.text.value_or("(none)");
 }
 
-TEST(ParseOutputOperations, StyleDescribeAndDevice) {
+// deviceOf is checked through the rows of Listing_test.
+TEST(ParseOutputOperations, StylesInWords) {
     using Pair = std::pair<std::string, std::optional<int64_t>>;
-    EXPECT_EQ(ParseOutput::styleOf(Style::once()), (Pair{"once", {}}));
-    EXPECT_EQ(ParseOutput::styleOf(Style::repeatUntilDone()), (Pair{"repeat", {}}));
-    EXPECT_EQ(ParseOutput::styleOf(Style::repeatUntilDone(89.9)), (Pair{"repeat", 89}));
-    EXPECT_EQ(ParseOutput::styleOf(Style::alarm()), (Pair{"alarm", {}}));
-    EXPECT_EQ(ParseOutput::styleOf(Style::escalate()), (Pair{"escalate", {}}));
-
-    struct Case { std::string style; std::optional<int64_t> seconds; std::string words; };
-    const Case cases[] = {
-        {"repeat", {}, "repeat until done"}, {"repeat", 900, "repeat every 15 min until done"},
-        {"repeat", 89, "repeat every 1 min until done"}, {"once", {}, "once"}, {"escalate", 900, "escalate"},
-        {"anything", {}, "anything"},
+    const std::tuple<Style, Pair, const char*> cases[] = {
+        // clang-format off
+        {Style::once(), {"once", {}}, "once"}, {Style::alarm(), {"alarm", {}}, "alarm"},
+        {Style::escalate(), {"escalate", {}}, "escalate"},
+        {Style::repeatUntilDone(), {"repeat", {}}, "repeat until done"},
+        {Style::repeatUntilDone(900), {"repeat", 900}, "repeat every 15 min until done"},
+        {Style::repeatUntilDone(89.9), {"repeat", 89}, "repeat every 1 min until done"},
+        // clang-format on
     };
-    for (const auto& c : cases) EXPECT_EQ(ParseOutput::describe(c.style, c.seconds), c.words) << c.style;
-
-    EXPECT_EQ(ParseOutput::deviceOf(DeviceGate::anyMac()), "mac");
-    EXPECT_EQ(ParseOutput::deviceOf(DeviceGate::phone()), "phone");
-    EXPECT_EQ(ParseOutput::deviceOf(DeviceGate::named("Studio")), "Studio");
+    for (const auto& [style, pair, words] : cases) {
+        EXPECT_EQ(ParseOutput::styleOf(style), pair) << words;
+        EXPECT_EQ(ParseOutput::describe(pair.first, pair.second), words);
+    }
+    // Only a repeat tells its interval; a style a newer peer sends reads as its name.
+    EXPECT_EQ(ParseOutput::describe("escalate", 900), "escalate");
+    EXPECT_EQ(ParseOutput::describe("anything", {}), "anything");
 }

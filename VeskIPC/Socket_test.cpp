@@ -54,6 +54,12 @@ size_t settledThreadCount(size_t expected) {
     return count();
 }
 
+// Where a held request stands: it has entered the handler, is released, is leaving it.
+struct Hold {
+    std::promise<void> entered, release, leaving;
+    std::shared_future<void> released = release.get_future().share();
+};
+
 class SocketTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -74,17 +80,27 @@ protected:
         return server;
     }
 
-    // Answers an add with a reminder titled by its text, and counts its calls.
+    // Answers an add with a reminder titled by its text, and counts its calls. An add of
+    // "missing" throws a WireError; one of "slow" waits in the handler until released.
     SocketServer::Handler echo() const {
-        return [calls = calls](const Request& request) {
+        return [calls = calls, hold = hold](const Request& request) {
             ++*calls;
-            return titled(std::get<Request::Add>(request.value).text);
+            const std::string& text = std::get<Request::Add>(request.value).text;
+            if (text == "missing") throw missing;
+            if (text == "slow") {
+                hold->entered.set_value();
+                hold->released.wait();
+                hold->leaving.set_value();
+            }
+            return titled(text);
         };
     }
+    static inline const WireError missing{WireError::Code::notFound, "No reminder matches “milk”."};
 
     std::string dir;
     std::vector<std::unique_ptr<SocketServer>> servers;
     std::shared_ptr<std::atomic<int>> calls = std::make_shared<std::atomic<int>>(0);
+    std::shared_ptr<Hold> hold = std::make_shared<Hold>();
 };
 
 }  // namespace
@@ -119,7 +135,7 @@ TEST_F(SocketTest, PathOf103BytesServesAnd104IsTooLong) {
     EXPECT_EQ(std::get<SocketError>(SocketClient::send(add("x"), missingDirectory, 5)), SocketError::pathTooLong());
 }
 
-TEST_F(SocketTest, StaleFileIsNotListeningAndStartReplacesItWithMode0600) {
+TEST_F(SocketTest, StartReplacesAStaleFileWithMode0600ButNotALiveServer) {
     // A socket file with nobody behind it, as a crashed server leaves it.
     int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
     auto address = VeskSocket::address(path());
@@ -137,17 +153,14 @@ TEST_F(SocketTest, StaleFileIsNotListeningAndStartReplacesItWithMode0600) {
     EXPECT_EQ(info.st_mode & 07777, 0600u);
     EXPECT_EQ(ask(path(), "replaced"), "replaced");
 
-    // Parent directories are made.
-    serve(path("a/b/vesk.sock"), echo());
-    EXPECT_EQ(ask(path("a/b/vesk.sock"), "deep"), "deep");
-}
-
-TEST_F(SocketTest, SecondServerIsInUseAndTheFirstKeepsServing) {
-    serve(path(), [](const Request&) { return titled("first"); });
     SocketServer second(path(), [](const Request&) { return titled("second"); });
     EXPECT_EQ(second.start(), SocketError::inUse());
     second.stop();  // never listened: must leave the first one's socket alone
-    EXPECT_EQ(ask(path(), "x"), "first");
+    EXPECT_EQ(ask(path(), "first"), "first");
+
+    // Parent directories are made.
+    serve(path("a/b/vesk.sock"), echo());
+    EXPECT_EQ(ask(path("a/b/vesk.sock"), "deep"), "deep");
 }
 
 TEST_F(SocketTest, StopIsIdempotentEndsTheAcceptThreadAndTheServerCanStartAgain) {
@@ -164,7 +177,7 @@ TEST_F(SocketTest, StopIsIdempotentEndsTheAcceptThreadAndTheServerCanStartAgain)
     EXPECT_EQ(ask(path(), "again"), "again");
 }
 
-TEST_F(SocketTest, EmptyOrUndecodableRequests) {
+TEST_F(SocketTest, EmptyUndecodableAndFailedRequests) {
     serve(path(), echo());
     // Nothing sent: no answer, and the server goes on.
     EXPECT_EQ(exchange(path(), ""), "");
@@ -177,14 +190,10 @@ TEST_F(SocketTest, EmptyOrUndecodableRequests) {
         EXPECT_FALSE(response->reminder);
     }
     EXPECT_EQ(*calls, 1);
-}
-
-TEST_F(SocketTest, ThrownWireErrorBecomesTheAnswer) {
-    WireError error{WireError::Code::notFound, "No reminder matches “milk”."};
-    serve(path(), [error](const Request&) -> Response { throw error; });
-    auto result = SocketClient::send(Request{Request::Done{"milk"}}, path(), 5);
+    // A WireError the handler throws is the answer.
+    auto result = SocketClient::send(add("missing"), path(), 5);
     ASSERT_TRUE(std::holds_alternative<Response>(result));
-    EXPECT_EQ(std::get<Response>(result).error, error);
+    EXPECT_EQ(std::get<Response>(result), (Response{.error = missing}));
 }
 
 TEST_F(SocketTest, MultiMegabyteRequestAndAnswerCross) {
@@ -211,18 +220,7 @@ TEST_F(SocketTest, SilentPeersKeepNoOneWaiting) {
 }
 
 TEST_F(SocketTest, SlowHandlerPastTheClientsTimeoutFailsHarmlessly) {
-    auto release = std::make_shared<std::promise<void>>();
-    auto released = release->get_future().share();
-    auto answered = std::make_shared<std::promise<void>>();
-    serve(path(), [released, answered](const Request& request) {
-        std::string text = std::get<Request::Add>(request.value).text;
-        if (text == "slow") {
-            released.wait();
-            answered->set_value();
-        }
-        return titled(text);
-    });
-
+    serve(path(), echo());
     auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(std::get<SocketError>(SocketClient::send(add("slow"), path(), 1)), SocketError::noResponse());
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
@@ -231,28 +229,21 @@ TEST_F(SocketTest, SlowHandlerPastTheClientsTimeoutFailsHarmlessly) {
 
     // Its write goes to a closed peer: no SIGPIPE, and the server goes on.
     std::signal(SIGPIPE, SIG_DFL);
-    release->set_value();
-    answered->get_future().wait();
+    hold->release.set_value();
+    hold->leaving.get_future().wait();
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     EXPECT_EQ(ask(path(), "after"), "after");
 }
 
 TEST_F(SocketTest, DestroyingTheServerLetsAnExchangeUnderWayFinish) {
-    auto release = std::make_shared<std::promise<void>>();
-    auto released = release->get_future().share();
-    auto entered = std::make_shared<std::promise<void>>();
-    auto server = std::make_unique<SocketServer>(path(), [released, entered](const Request&) {
-        entered->set_value();
-        released.wait();
-        return titled("finished");
-    });
+    auto server = std::make_unique<SocketServer>(path(), echo());
     ASSERT_EQ(server->start(), std::nullopt);
-    auto client = std::async(std::launch::async, [&] { return ask(path(), "x", 10); });
-    entered->get_future().wait();
+    auto client = std::async(std::launch::async, [&] { return ask(path(), "slow", 10); });
+    hold->entered.get_future().wait();
     server.reset();
     EXPECT_FALSE(SocketClient::isListening(path()));
-    release->set_value();
-    EXPECT_EQ(client.get(), "finished");
+    hold->release.set_value();
+    EXPECT_EQ(client.get(), "slow");
 }
 
 TEST_F(SocketTest, PeerOfAnotherUserGetsNoAnswer) {
