@@ -12,20 +12,35 @@ namespace {
 using namespace ArgumentParserToolInfo;
 using Testing::TestTree;
 
-// What the dump of vesk itself does not show.
-TEST(Dump, DescribesEachInput) {
+TEST(Dump, DescribesEachCommandAndInput) {
     TestTree tree;
+    auto root = toolInfo({&tree.root}).command;
+    EXPECT_FALSE(root.superCommands.has_value());
+    EXPECT_EQ(root.defaultSubcommand, "say");
+    EXPECT_EQ(root.subcommands.value().back().commandName, "help");
+    EXPECT_EQ(root.arguments.value().front().names,
+              (std::vector<NameInfoV0>{{NameInfoV0::KindV0::longName, "version"}}));
+    const auto& say = root.subcommands->front().arguments.value();
+    EXPECT_EQ(say.at(0).kind, ArgumentInfoV0::KindV0::flag);
+    EXPECT_EQ(say.at(1).parsingStrategy, ArgumentInfoV0::ParsingStrategyV0::allUnrecognized);
+
     auto remote = toolInfo({&tree.root, &tree.remote}).command;
+    EXPECT_EQ(remote.superCommands, std::vector<std::string>{"tool"});
     EXPECT_FALSE(remote.discussion.has_value());
     const auto& add = remote.subcommands.value().at(1);
+    EXPECT_EQ(add.superCommands, (std::vector<std::string>{"tool", "remote"}));
     ASSERT_EQ(add.arguments.value().size(), 3u);  // name, --url, and help
     const auto& name = add.arguments->at(0);
+    EXPECT_EQ(name.kind, ArgumentInfoV0::KindV0::positional);
     EXPECT_FALSE(name.isOptional);
     EXPECT_FALSE(name.names.has_value());
-    EXPECT_TRUE(add.arguments->at(1).isOptional);
+    const auto& url = add.arguments->at(1);
+    EXPECT_EQ(url.kind, ArgumentInfoV0::KindV0::option);
+    EXPECT_TRUE(url.isOptional);
+    EXPECT_EQ(url.preferredName, (NameInfoV0{NameInfoV0::KindV0::longName, "url"}));
+    EXPECT_EQ(url.abstract, "Its address.");
     EXPECT_EQ(add.arguments->at(2).names, (std::vector<NameInfoV0>{{NameInfoV0::KindV0::shortName, "h"},
                                                                    {NameInfoV0::KindV0::longName, "help"}}));
-    EXPECT_FALSE(toolInfo({&tree.root}).command.superCommands.has_value());
 }
 
 TEST(Dump, PrintedFormDecodesToTheSameRecords) {

@@ -26,17 +26,33 @@ Outcome outcome(const Command& root, const std::vector<std::string>& arguments,
 }
 
 TEST(Exit, UsageFailureGoesToStandardErrorWithStatus64) {
+    // The usage is that of the command reached: a default subcommand's, the root's for an
+    // invalid option, and without the pointer to help for `help`, which has no help of its own.
+    const struct {
+        std::vector<std::string> arguments;
+        std::string standardError;
+    } cases[] = {
+        {{"remote", "add", "o", "--nope"},
+         "Error: Unknown option '--nope'\nUsage: tool remote add [--url <url>] <name>\n"
+         "  See 'tool remote add --help' for more information.\n"},
+        {{"remote", "--nope"},
+         "Error: Unknown option '--nope'\nUsage: tool remote show [--json]\n"
+         "  See 'tool remote show --help' for more information.\n"},
+        {{"copy", "a", "-=x"},
+         "Error: Invalid option: -=x\nUsage: tool <subcommand>\n  See 'tool --help' for more information.\n"},
+        {{"help", "--nope"}, "Error: Unknown option '--nope'\nUsage: tool help [<subcommands> ...]\n"},
+    };
     TestTree tree;
-    auto failed = outcome(tree.root, {"remote", "add", "o", "--nope"});
-    EXPECT_EQ(failed.standardOutput, "");
-    EXPECT_EQ(failed.standardError,
-              "Error: Unknown option '--nope'\n"
-              "Usage: tool remote add [--url <url>] <name>\n"
-              "  See 'tool remote add --help' for more information.\n");
-    EXPECT_EQ(failed.status, 64);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.arguments));
+        auto failed = outcome(tree.root, c.arguments);
+        EXPECT_EQ(failed.standardOutput, "");
+        EXPECT_EQ(failed.standardError, c.standardError);
+        EXPECT_EQ(failed.status, 64);
+    }
     // With no arguments at all the root's help follows.
     tree.root.defaultSubcommand = &tree.copy;
-    failed = outcome(tree.root, {});
+    auto failed = outcome(tree.root, {});
     EXPECT_EQ(failed.standardError,
               "Error: Missing expected argument '<source>'\nHelp:  <source>  Where from.\n\n" +
                   helpText({&tree.root}, 80) + "\n");

@@ -87,7 +87,6 @@ TEST(Parser, FindsTheCommandAndReadsItsInputs) {
 // Beside the screens the command line shows end to end.
 TEST(Parser, BuiltInRequests) {
     check({
-        {{"hello", "--", "-h"}, "run tool say loud=false words=[hello,--,-h]"},
         {{"count", "--times", "x", "-h"}, "help tool count"},
         {{"remote", "--json", "--help"}, "help tool remote show"},
         // Help goes first; with two arguments left the root hands both to its default.
@@ -99,7 +98,7 @@ TEST(Parser, BuiltInRequests) {
         {{"count", "--help", "--generate-completion-script", "fish"}, "completion fish"},
         {{"help", "remote", "nothing", "add"}, "help tool remote"},
         {{"help", "-help", "count"}, "help tool count"},
-        {{"help", "help"}, "help tool help"},
+        {{"help", "help"}, "help tool help"}, {{"help"}, "help tool"},
         {{"help", "--version"}, "version 1.2.3"},
     });
 }
@@ -108,10 +107,15 @@ TEST(Parser, UsageErrors) {
     check({
         {{"count"}, "error Missing expected argument '<target>'"}, {{"count", "---x"}, "error Invalid option: ---x"},
         {{"count", "x", "-vq"}, "error Unknown option '-q'"}, {{"count", "x", "-qz"}, "error Unknown option '-qz'"},
+        {{"copy", "a"}, "error Missing expected argument '<destination>'"},
         {{"copy", "a", "b", "c", "d"}, "error 2 unexpected arguments: 'c', 'd'"},
         {{"copy", "a", "b", "--"}, "run tool copy destination='b' source='a'"},
         {{"copy", "a", "--", "-b"}, "run tool copy destination='-b' source='a'"},
+        {{"copy", "a", "b", "--", "-c"}, "error Unexpected argument '-c'"},
+        // An option's value is the next argument, unless that is an option, the terminator, or absent.
         {{"remote", "add", "o", "--url", "--json"}, "error Missing value for '--url <url>'"},
+        {{"remote", "add", "--url", "--", "o"}, "error Missing value for '--url <url>'"},
+        {{"remote", "add", "o", "--url"}, "error Missing value for '--url <url>'"},
         {{"count", "x", "--times", "-4"}, "error Missing value for '--times <times>'"},
         {{"count", "x", "--times", "1.5"}, "error The value '1.5' is invalid for '--times <times>'"},
         {{"count", "x", "--ratio=abc"}, "error The value 'abc' is invalid for '--ratio <ratio>'"},
@@ -123,9 +127,10 @@ TEST(Parser, UsageErrors) {
         // The nearest known long option is named, up to three edits away.
         {{"count", "x", "--time"}, "error Unknown option '--time'. Did you mean '--times'?"},
         {{"count", "x", "--ratoi"}, "error Unknown option '--ratoi'. Did you mean '--ratio'?"},
-        {{"count", "x", "--tim"}, "error Unknown option '--tim'. Did you mean '--times'?"},
+        {{"count", "x", "--timesabc"}, "error Unknown option '--timesabc'. Did you mean '--times'?"},
         {{"count", "x", "--t"}, "error Unknown option '--t'"}, {{"admin"}, "error Missing required subcommand."},
         {{"remote", "show", "--jsn"}, "error Unknown option '--jsn'. Did you mean '--json'?"},
+        {{"count", "x", "-times"}, "error Unknown option '-times'. Did you mean '--times'?"},
         // A known letter of a cluster is taken, and the first unknown one is named.
         {{"count", "x", "-verbose"}, "error Unknown option '-e'"},
     });

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "VeskCLI/Tree.h"
+
 namespace {
 
 using Words = std::vector<std::string>;
@@ -19,13 +21,24 @@ TEST(Add, FirstWordRule) {
     };
     struct Case { Words words, arguments; std::optional<std::string> refusal; } cases[] = {
         {{}, {}, "Say what to remind you about."},
+        {{" ", "\t"}, {" ", "\t"}, "Say what to remind you about."},
+        {{""}, {"add", "--json", ""}, "Say what to remind you about."},
         {{"\n"}, {"\n"}, std::nullopt},  // a line feed is not a blank
         {{"PARSE", "x"}, {"PARSE", "x"}, putAfter("parse")},
+        {{"Later", "x"}, {"--dry-run", "Later", "x"}, putAfter("later")},
         {{"now"}, {"--json", "add", "now"}, std::nullopt},
         {{"help", "me"}, {"--json", "help", "me"}, std::nullopt},
         {{"", "done", "x"}, {"", "done", "x"}, std::nullopt},
     };
     for (const auto& c : cases) EXPECT_EQ(Add::refusal(c.words, c.arguments), c.refusal) << Add::joined(c.arguments);
+}
+
+// The first words refused are the commands of the tree other than `add`; the built-in `help` is none.
+TEST(Add, VerbsAreTheOtherCommands) {
+    std::set<std::string> commands;
+    for (const auto* command : veskRoot().subcommands) commands.insert(command->name());
+    commands.erase("add");
+    EXPECT_EQ(commands, Add::verbs());
 }
 
 }  // namespace

@@ -1,20 +1,16 @@
 // The completion scripts, loaded into the real shells: every command, subcommand, flag and
 // option name of the tree completes.
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
 
+#include "PrivateHome.h"
 #include "Process.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 // A query, and names it must offer or must not.
 struct Expectation {
@@ -48,21 +44,6 @@ std::vector<Expectation> expectations() {
         result.push_back({"vesk " + leaf + " -", {"--json", "-h", "--help"}});
     return result;
 }
-
-// A scratch directory, used as home by the shells.
-struct Scratch {
-    Scratch() {
-        std::string pattern = (fs::temp_directory_path() / "vesk-completion-XXXXXX").string();
-        if (!mkdtemp(pattern.data())) throw std::runtime_error("mkdtemp failed");
-        path = pattern;
-    }
-    ~Scratch() { fs::remove_all(path); }
-    std::string write(const std::string& name, const std::string& text) const {
-        std::ofstream(path / name, std::ios::binary) << text;
-        return (path / name).string();
-    }
-    fs::path path;
-};
 
 // Splits "@@QUERY <line>" blocks into the names offered for each line.
 std::map<std::string, std::set<std::string>> offers(std::istream&& output) {
@@ -170,21 +151,22 @@ TEST(Completion, EveryShellCompletesEveryName) {
                   {"fish", {"--no-config"}, fishDriver}};
     for (const auto& [shell, options, driver] : shells) {
         SCOPED_TRACE(shell);
-        Scratch scratch;
+        PrivateHome home;  // of the shell
+        auto put = [&](const std::string& name, const std::string& text) {
+            writeFile(home.base() + "/" + name, text);
+            return home.base() + "/" + name;
+        };
         auto generated = runVesk({"--generate-completion-script", shell});
         ASSERT_EQ(generated.status, 0) << generated.err;
-        std::string queries, out = (scratch.path / "out").string();
+        std::string queries, out = home.base() + "/out";
         for (const auto& expectation : expectations()) queries += expectation.query + "\n";
         std::vector<std::string> argv{"timeout", "120", shell};
         argv.insert(argv.end(), options.begin(), options.end());
-        argv.insert(argv.end(), {scratch.write("driver", driver), scratch.write("vesk." + shell, generated.out),
-                                 scratch.write("queries", queries)});
-        if (shell == "zsh") argv.insert(argv.end(), {out, scratch.write("setup.zsh", zshSetup)});
+        argv.insert(argv.end(), {put("driver", driver), put("vesk." + shell, generated.out), put("queries", queries)});
+        if (shell == "zsh") argv.insert(argv.end(), {out, put("setup.zsh", zshSetup)});
         auto environment = testEnvironment();
-        environment["HOME"] = scratch.path.string();
+        environment["HOME"] = home.home();
         environment["TERM"] = "xterm";
-        environment["XDG_CONFIG_HOME"] = (scratch.path / "config").string();
-        environment["XDG_DATA_HOME"] = (scratch.path / "data").string();
         auto result = runProcess(argv, environment);
         ASSERT_EQ(result.status, 0) << result.err;
         auto offered = shell == "zsh" ? offers(std::ifstream(out)) : offers(std::istringstream(result.out));
@@ -202,14 +184,13 @@ TEST(Completion, EveryShellCompletesEveryName) {
     }
 }
 
+// Which shell names are refused is checked in ArgumentParser/Exit_test.cpp.
 TEST(Completion, ShellFromTheEnvironment) {
     auto environment = testEnvironment();
     environment["SHELL"] = "/usr/bin/fish";
     auto detected = runVesk({"--generate-completion-script"}, environment);
     EXPECT_EQ(detected.status, 0);
     EXPECT_EQ(detected.out, runVesk({"--generate-completion-script", "fish"}).out);
-    environment["SHELL"] = "/bin/sh";
-    EXPECT_EQ(runVesk({"--generate-completion-script"}, environment).status, 1);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// Help screens, the version, and where help and the terminator stand among words.
+// Help screens and the version as vesk prints them. Which arguments ask for which screen is
+// checked in ArgumentParser/Parser_test.cpp.
 #include <gtest/gtest.h>
 
 #include "Process.h"
@@ -71,62 +72,38 @@ const std::string placesAddHelp =
     "  -h, --help              Show help information.\n"
     "\n";
 
-void expectPrinted(const std::vector<std::string>& arguments, const std::string& expected,
-                   std::map<std::string, std::string> environment = {}) {
-    std::string shown;
-    for (const auto& argument : arguments) shown += "[" + argument + "]";
-    auto result = runVesk(arguments, std::move(environment));
-    EXPECT_EQ(result.status, 0) << shown;
-    EXPECT_EQ(result.err, "") << shown;
-    EXPECT_EQ(result.out, expected) << shown;
-}
-
 TEST(Help, ScreensAndVersion) {
-    // Help among the words that `add` captures is the help of `add`.
-    const std::string addHelp = runVesk({"help", "add"}).out;
-    EXPECT_TRUE(addHelp.starts_with("OVERVIEW: Add a reminder in your own words.")) << addHelp;
-    expectPrinted({"--help"}, rootHelp);
-    expectPrinted({"-h"}, rootHelp);
-    expectPrinted({"help"}, rootHelp);
-    expectPrinted({"places", "--help"}, placesHelp);
-    expectPrinted({"help", "places"}, placesHelp);
-    expectPrinted({"help", "places", "-h"}, placesHelp);
-    expectPrinted({"places", "add", "--help"}, placesAddHelp);
-    expectPrinted({"help", "places", "add"}, placesAddHelp);
-    // Names are followed as far as they match.
-    expectPrinted({"help", "places", "nowhere"}, placesHelp);
-    expectPrinted({"call", "mom", "-h"}, addHelp);
-    expectPrinted({"call", "--help", "mom"}, addHelp);
-    expectPrinted({"add", "--help"}, addHelp);
-    expectPrinted({"--version"}, "0.2.0\n");
-    expectPrinted({"places", "--version"}, "0.2.0\n");
-    expectPrinted({"call", "mom", "--version"}, "0.2.0\n");
-    auto parse = runVesk({"parse", "call", "mom", "--help"});
-    EXPECT_EQ(parse.status, 0);
-    EXPECT_TRUE(parse.out.starts_with("OVERVIEW: Show how the grammar reads a sentence, offline, without saving.\n"))
-        << parse.out;
+    const struct {
+        std::vector<std::string> arguments;
+        std::string out;
+    } cases[] = {
+        {{"--help"}, rootHelp},
+        {{"help", "places"}, placesHelp},
+        {{"places", "add", "--help"}, placesAddHelp},
+        {{"--version"}, "0.2.0\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.arguments));
+        auto result = runVesk(c.arguments);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.err, "");
+        EXPECT_EQ(result.out, c.out);
+    }
+    // Words that name no command go to `add`, and help among them is the help of `add`.
+    auto add = runVesk({"call", "mom", "-h"});
+    EXPECT_EQ(add.status, 0);
+    EXPECT_TRUE(add.out.starts_with("OVERVIEW: Add a reminder in your own words.")) << add.out;
 }
 
 TEST(Help, NarrowScreenWrapsAndKeepsTheColumn) {
     auto environment = testEnvironment();
     environment["COLUMNS"] = "50";
-    expectPrinted({"places", "--help"},
-                  placesHelp.substr(0, placesHelp.find("  list (default)")) +
-                      "  list (default)          Saved places, and how\n"
-                      "                          many reminders wait on\n"
-                      "                          each.\n"
-                      "  add                     Save a place from a\n"
-                      "                          search, or where this\n"
-                      "                          Mac is. A place with\n"
-                      "                          the same name is\n"
-                      "                          replaced.\n"
-                      "  remove                  Forget a place.\n"
-                      "                          Reminders that name it\n"
-                      "                          wait until it exists\n"
-                      "                          again.\n"
-                      "\n"
-                      "  See 'vesk help places <subcommand>' for detailed help.\n",
-                  environment);
+    auto result = runVesk({"places", "--help"}, environment);
+    EXPECT_NE(result.out.find("  list (default)          Saved places, and how\n"
+                              "                          many reminders wait on\n"
+                              "                          each.\n"),
+              std::string::npos)
+        << result.out;
 }
 
 }  // namespace
