@@ -11,13 +11,11 @@
 //
 // Copies of vesk and vesk-app stand side by side in a bin/ folder, so that vesk launches
 // that vesk-app when nobody answers, as it would once installed. Every process runs
-// under faketime, its clock starting at the harness's moment (by default Wednesday
-// 18 November 2026, 10:00 in Amsterdam) and running on from there.
+// under faketime, its clock starting at `moment` and running on from there.
 //
 //     AppHarness app;
 //     app.start();                                   // or let vesk launch it
 //     ProcessResult added = app.vesk({"call", "the", "dentist", "at", "11"});
-//     ProcessResult now = app.vesk({"now"});
 //
 // Every vesk-app of the harness, started by it or by vesk, is stopped when it is destroyed.
 class AppHarness {
@@ -31,28 +29,31 @@ public:
     // The temporary directory that holds home/ and bin/; a test may keep its own files there.
     const std::string& base() const { return private_.base(); }
     // ~/.local/share/vesk: the store and the lock.
-    std::string dataDirectory() const;
+    std::string dataDirectory() const { return home() + "/.local/share/vesk"; }
     std::string appPath() const { return bin_ + "/vesk-app"; }
 
-    // The moment every process starts at, as faketime reads it: "2026-11-18 10:00:00".
+    // The local time every process starts at, as faketime reads it.
     std::string moment = "2026-11-18 10:00:00";
     // What vesk and the app run with: testEnvironment(). Tests may add to it.
-    std::map<std::string, std::string> environment;
+    std::map<std::string, std::string> environment = testEnvironment();
 
     // Starts vesk-app in the foreground with `arguments`; returns once it listens. Throws
     // when it doesn't within 10 seconds.
     void start(const std::vector<std::string>& arguments = {});
     // Stops every vesk-app of the harness (SIGTERM) and waits until they are gone.
     void stop();
-    // SIGKILL to every vesk-app of the harness.
+    // SIGKILL to every vesk-app of the harness, and waits until they are gone.
     void kill();
 
     // Runs vesk, or vesk-app to its end, under faketime.
-    ProcessResult vesk(const std::vector<std::string>& arguments) const;
-    ProcessResult app(const std::vector<std::string>& arguments) const;
+    ProcessResult vesk(const std::vector<std::string>& arguments) const { return run(bin_ + "/vesk", arguments); }
+    ProcessResult app(const std::vector<std::string>& arguments) const { return run(appPath(), arguments); }
 
 private:
     std::vector<std::string> underFaketime(const std::string& program, const std::vector<std::string>& arguments) const;
+    ProcessResult run(const std::string& program, const std::vector<std::string>& arguments) const {
+        return runProcess(underFaketime(program, arguments), environment);
+    }
 
     PrivateHome private_;
     std::string bin_;

@@ -1,6 +1,9 @@
-// Every command against a stand-in app: the request it sends, what it prints, its status.
+// Commands against a stand-in for the app: the request each sends, what it makes of answers
+// the real app never gives, and how it finds, launches or misses the app.
 #include <gtest/gtest.h>
+#include <pwd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <filesystem>
@@ -14,12 +17,8 @@
 
 namespace {
 
-ReminderDTO reminder(int64_t number, std::string title, std::string detail = "", std::optional<std::string> list = {}) {
-    return {.number = number, .title = std::move(title), .list = std::move(list), .detail = std::move(detail)};
-}
-
-PlaceDTO place(std::string name, std::optional<std::string> address, int64_t reminders) {
-    return {"p-" + name, name, 52.370216, 4.895168, 150, std::move(address), reminders};
+ReminderDTO reminder(int64_t number, std::string title, std::string detail = "") {
+    return {.number = number, .title = std::move(title), .detail = std::move(detail)};
 }
 
 Response doctor(std::string access, std::string notifications) {
@@ -48,23 +47,6 @@ std::string shown(const std::vector<std::string>& arguments) {
 Request add(std::string text, bool dryRun = false) { return {Request::Add{std::move(text), dryRun}}; }
 
 TEST(Commands, RequestAndPrintedAnswer) {
-    ParseOutput dentist;
-    dentist.title = "call the dentist";
-    dentist.due = "2026-11-18T21:00";
-    dentist.style = "repeat";
-    dentist.repeatIntervalSeconds = 900;
-    const std::string summary =
-        "what   call the dentist\nwhen   Wed, Nov 18 at 9:00 PM\nhow    repeat every 15 min until done\n";
-    const std::string noPlaces = "No places yet. Add one with `vesk places add home --at \"your address\"`.\n";
-    const Request now{Request::List{Request::Section::now}};
-    const SettingsDTO values{30, 15, 10, 9, 9, "off"};
-    const std::string table =
-        "repeat          30 min   repeat until done, when the words give no interval\n"
-        "nag             15 min   “nag me” with no number\n"
-        "stagger         10 min   between alerts due together\n"
-        "alarm-repeat    9 min   a stopped alarm rings again\n"
-        "date-only-hour  9   when a date-only reminder alerts\n"
-        "night           off   escalation stops at Time Sensitive\n";
     struct {
         std::vector<std::string> arguments;
         Response answer;
@@ -72,55 +54,33 @@ TEST(Commands, RequestAndPrintedAnswer) {
         std::string out;
         int status = 0;
     } const cases[] = {
-        {{"call the dentist at 9,", "nag", "me", "every", "15", "minutes"},
-         {.reminder = reminder(12, "call the dentist", "", "Work"), .parse = dentist},
-         add("call the dentist at 9, nag me every 15 minutes"), summary + "\nSaved as #12 in Work.\n"},
-        {{"x", "--dry-run"}, {.parse = dentist}, add("x", true), summary + "\nDry run: nothing saved.\n"},
-        {{"x"}, {}, add("x"), ""},
-        {{"x"}, {.reminder = reminder(3, "x")}, add("x"), "\nSaved as #3.\n"},
+        // Which words are a sentence to save and which a command.
         {{"add", "now"}, {}, add("now"), ""},
         {{"ADD", "now"}, {}, add("ADD now"), ""},
-        {{"--dry-run", "add", "buy", "milk"}, {}, add("add buy milk", true), "\nDry run: nothing saved.\n"},
         {{"now is fine"}, {}, add("now is fine"), ""},
         {{"--", "now"}, {}, add("-- now"), ""},
-        {{"now"},
-         {.reminders = std::vector{reminder(9, "call mom", "due 10:00 · every 15 min"), reminder(10, "water plants")}},
-         now, " 9  call mom\n    due 10:00 · every 15 min\n10  water plants\n    \n"},
-        {{"now"}, {}, now, "Nothing here.\n"},
-        {{"now", "--json"}, {}, now, "{\n  \"schema\" : 1\n}\n"},
-        {{"later", "--json"}, {.reminders = std::vector<ReminderDTO>{}}, {Request::List{Request::Section::later}},
-         "{\n  \"reminders\" : [\n\n  ],\n  \"schema\" : 1\n}\n"},
-        {{"done", "3"}, {.reminder = reminder(3, "call mom", "done")}, {Request::Done{"3"}}, "Done: call mom\n"},
+        {{"--dry-run", "add", "buy", "milk"}, {}, add("add buy milk", true), "\nDry run: nothing saved.\n"},
+        // A reminder in no list; answers without the reminder or place fall back to the words typed.
+        {{"x"}, {.reminder = reminder(3, "x")}, add("x"), "\nSaved as #3.\n"},
         {{"done", "3"}, {}, {Request::Done{"3"}}, "Done: 3\n"},
-        {{"delete", "buy milk"}, {.reminder = reminder(4, "Buy milk")}, {Request::Delete{"buy milk"}},
-         "Deleted: Buy milk\n"},
+        {{"places", "remove", "home"}, {}, {Request::RemovePlace{"home"}}, "Removed home.\n"},
         {{"snooze", "3", "friday", "at", "3pm"}, {.reminder = reminder(3, "call mom", "until Fri 15:00")},
          {Request::Snooze{"3", "friday at 3pm"}}, "Snoozed call mom: until Fri 15:00\n"},
         {{"lists"}, {.lists = std::vector<ListDTO>{{"a", "Work", false}, {"b", "Old stuff", true}}}, {Request::Lists{}},
          "Work\nOld stuff  (ignored)\n"},
-        {{"places", "list"}, {.places = std::vector<PlaceDTO>{}}, {Request::Places{}}, noPlaces},
-        {{"places"}, {}, {Request::Places{}}, noPlaces},
-        {{"places"}, {.places = std::vector{place("home", "1 Main St", 1), place("gym", std::nullopt, 2)}},
-         {Request::Places{}}, "home  1 Main St (150 m)  1 reminder\ngym  52.37022, 4.89517 (150 m)  2 reminders\n"},
-        {{"places", "add", "home", "--at", "1 Main St", "--radius", "150"},
-         {.places = std::vector{place("home", "1 Main St", 0)}},
-         {Request::AddPlace{"home", "1 Main St", false, 150.0}}, "Saved home: 1 Main St (150 m)\n"},
+        {{"places", "list"}, {}, {Request::Places{}},
+         "No places yet. Add one with `vesk places add home --at \"your address\"`.\n"},
         {{"places", "add", "office", "--here"}, {}, {Request::AddPlace{"office", std::nullopt, true, std::nullopt}},
          ""},
-        {{"places", "remove", "home"}, {}, {Request::RemovePlace{"home"}}, "Removed home.\n"},
-        {{"places", "remove", "home"}, {.places = std::vector{place("Home", "", 0)}}, {Request::RemovePlace{"home"}},
-         "Removed Home.\n"},
-        {{"settings"}, {.settings = values}, {Request::Settings{}}, table},
-        {{"settings", "set", "repeat", "30"}, {.settings = values}, {Request::SetSetting{"repeat", "30"}}, table},
         {{"settings", "set", "Night", " off "}, {}, {Request::SetSetting{"Night", " off "}}, ""},
-        {{"doctor"}, doctor("full", "unknown"), {Request::Doctor{}}, report("full", "unknown")},
+        // An unhealthy report ends with status 3.
         {{"doctor"}, doctor("writeOnly", "allowed"), {Request::Doctor{}}, report("writeOnly", "allowed"), 3},
         {{"doctor"}, doctor("full", "denied"), {Request::Doctor{}}, report("full", "denied"), 3},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(shown(c.arguments));
         StandInHarness app;
-        app.start({StandInHarness::line(c.answer)});
+        app.start(StandInHarness::line(c.answer));
         ProcessResult result = app.vesk(c.arguments);
         EXPECT_EQ(result.status, c.status);
         EXPECT_EQ(result.err, "");
@@ -131,7 +91,7 @@ TEST(Commands, RequestAndPrintedAnswer) {
     }
 
     StandInHarness app;
-    app.start({StandInHarness::line(doctor("none", "allowed"))});
+    app.start(StandInHarness::line(doctor("none", "allowed")));
     ProcessResult json = app.vesk({"doctor", "--json"});
     EXPECT_EQ(json.status, 3);
     EXPECT_TRUE(json.out.starts_with("{\n  \"doctor\" : {\n")) << json.out;
@@ -148,7 +108,7 @@ TEST(Commands, FailedAnswers) {
         return StandInHarness::line({.reminder = reminder(1, "milk"), .error = WireError{code, missing}});
     };
     const struct {
-        std::string line;
+        std::string answer;
         int status;
         std::string code, message;
     } cases[] = {
@@ -162,9 +122,9 @@ TEST(Commands, FailedAnswers) {
         {R"({"reminders":[]})", 4, "partial", noAnswer},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.line);
+        SCOPED_TRACE(c.answer);
         StandInHarness app;
-        app.start({c.line});
+        app.start(c.answer);
         ProcessResult words = app.vesk({"done", "milk"});
         EXPECT_EQ(words.status, c.status);
         EXPECT_EQ(words.out, "");
@@ -179,7 +139,7 @@ TEST(Commands, FailedAnswers) {
 
 TEST(Commands, SecondCandidateIsUsedWhenTheFirstIsSilent) {
     StandInHarness app;
-    app.start({StandInHarness::line({.lists = std::vector<ListDTO>{{"a", "Work", false}}})},
+    app.start(StandInHarness::line({.lists = std::vector<ListDTO>{{"a", "Work", false}}}),
               VeskSocket::candidatePaths()[1]);
     ProcessResult result = app.vesk({"lists"});
     EXPECT_EQ(result.status, 0) << result.err;
@@ -187,25 +147,24 @@ TEST(Commands, SecondCandidateIsUsedWhenTheFirstIsSilent) {
     EXPECT_FALSE(std::filesystem::exists(VeskSocket::defaultPath()));
 }
 
-TEST(Commands, LaunchesVeskAppBesideItOrOnPath) {
-    for (bool beside : {true, false}) {
-        SCOPED_TRACE(beside ? "beside" : "on PATH");
-        StandInHarness app;
-        app.script({StandInHarness::line({.reminder = reminder(5, "call mom")})});
-        beside ? app.installBesideVesk() : app.installOnPath();
-        auto begin = std::chrono::steady_clock::now();
-        ProcessResult result = app.vesk({"done", "5"});
-        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
-        EXPECT_EQ(result.status, 0) << result.err;
-        EXPECT_EQ(result.out, "Done: call mom\n");
-        ASSERT_EQ(app.requests().size(), 1u);
-        EXPECT_EQ(decodeRequest(app.requests()[0]), (Request{Request::Done{"5"}}));
-        EXPECT_TRUE(SocketClient::isListening(VeskSocket::defaultPath()));
-    }
+// vesk launches the app it finds on PATH when none stands beside it (App.LaunchedOnDemandAndAlone).
+TEST(Commands, LaunchesVeskAppOnPath) {
+    StandInHarness app;
+    const std::string bin = app.base() + "/path";
+    std::filesystem::create_directory(bin);
+    copyExecutable(VESK_APP_BINARY, bin + "/vesk-app");
+    app.environment["PATH"] = bin + ":" + app.environment.at("PATH");
+    auto begin = std::chrono::steady_clock::now();
+    ProcessResult result = app.vesk({"lists"});
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, "Reminders\n");
+    EXPECT_TRUE(SocketClient::isListening(VeskSocket::defaultPath()));
+    endProcessesOf(bin + "/vesk-app");
 }
 
 // Nobody listens and the launch does nothing: after the wait the request goes out once more
-// and fails, so each run takes the whole 15 seconds.
+// and fails, so the run takes the whole 15 seconds.
 TEST(Commands, UnreachableAfterAFailedLaunch) {
     StandInHarness app;
     std::string bin = app.home() + "/failing-bin", log = app.home() + "/launches";
@@ -213,28 +172,35 @@ TEST(Commands, UnreachableAfterAFailedLaunch) {
     std::ofstream(bin + "/vesk-app") << "#!/bin/sh\necho \"$@\" >> '" << log << "'\necho noise >&2\nexit 1\n";
     chmod((bin + "/vesk-app").c_str(), 0755);
     app.environment["PATH"] = bin + ":" + app.environment.at("PATH");
-    const std::string message = "Couldn't reach the Vesk app. Is it installed on this Mac?";
 
-    ProcessResult words = app.vesk({"now"});
-    EXPECT_EQ(words.status, 5);
-    EXPECT_EQ(words.out, "");
-    EXPECT_EQ(words.err, "vesk: " + message + "\n");
-    std::ifstream launches(log);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(launches), {}), "--background\n");
-
-    ProcessResult json = app.vesk({"lists", "--json"});
-    EXPECT_EQ(json.status, 5);
-    EXPECT_EQ(json.err, "");
-    EXPECT_EQ(json.out, jsonError("unreachable", message));
+    ProcessResult result = app.vesk({"now"});
+    EXPECT_EQ(result.status, 5);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "vesk: Couldn't reach the Vesk app. Is it installed on this Mac?\n");
+    EXPECT_EQ(readLines(log), std::vector<std::string>{"--background"});
 }
 
 TEST(Commands, RefusalsSendNothing) {
     StandInHarness app;
-    app.start({});
+    app.start(StandInHarness::line({}));
     for (const auto& arguments : std::vector<std::vector<std::string>>{
              {"--json", "now"}, {"Now"}, {" "}, {"places", "add", "home"}, {"snooze", "3"}})
         EXPECT_NE(app.vesk(arguments).status, 0) << shown(arguments);
     EXPECT_TRUE(app.requests().empty());
+}
+
+// What vesk, the app and the test see as home is a temporary directory of the harness's.
+TEST(StandIn, HomeIsATemporaryDirectoryThatGoesAway) {
+    std::string marker = std::string(getpwuid(getuid())->pw_dir) + "/vesk-harness-marker";
+    ASSERT_FALSE(std::filesystem::exists(marker));
+    {
+        StandInHarness app;
+        std::ofstream(marker) << "x";
+        EXPECT_TRUE(std::filesystem::exists(app.home() + "/vesk-harness-marker"));
+    }
+    EXPECT_FALSE(std::filesystem::exists(marker));
+    StandInHarness fresh;
+    EXPECT_TRUE(std::filesystem::is_empty(fresh.home()));
 }
 
 }  // namespace

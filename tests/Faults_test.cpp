@@ -6,7 +6,6 @@
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
-#include <functional>
 #include <fstream>
 #include <mutex>
 #include <random>
@@ -122,22 +121,17 @@ TEST(Faults, AConfigItCannotReadStopsTheApp) {
     AppHarness app;
     const std::string config = app.home() + "/.config/vesk/config";
     const std::string shown = VeskSocket::homeDirectory() + "/.config/vesk/config";
-    const std::pair<std::function<void()>, std::string> cases[] = {
-        {[&] { std::filesystem::create_directories(config); },
-         "vesk-app: config: can't read " + shown + ": Is a directory\n"},
-        {[&] {
-             std::filesystem::remove(config);
-             writeFile(config, "relay-only = true\ncolour = blue\n");
-         },
-         "vesk-app: config:2: unknown key \u201ccolour\u201d\n"},
-    };
-    for (const auto& [make, message] : cases) {
-        make();
+    auto expectStop = [&](const std::string& message) {
         ProcessResult started = app.app({});
         EXPECT_EQ(started.status, 1);
         EXPECT_EQ(started.err, message);
         EXPECT_EQ(app.app({"--background"}).err, message);
-    }
+    };
+    std::filesystem::create_directories(config);
+    expectStop("vesk-app: config: can't read " + shown + ": Is a directory\n");
+    std::filesystem::remove(config);
+    writeFile(config, "relay-only = true\ncolour = blue\n");
+    expectStop("vesk-app: config:2: unknown key \u201ccolour\u201d\n");
 }
 
 }  // namespace

@@ -82,7 +82,8 @@ PrivateHome::~PrivateHome() {
     fs::remove_all(base_, ignored);
 }
 
-pid_t spawnProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& environment) {
+pid_t spawnProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& environment,
+                   const posix_spawn_file_actions_t* actions) {
     std::vector<std::string> strings;
     for (const auto& [key, value] : environment) strings.push_back(key + "=" + value);
     std::vector<char*> args, env;
@@ -91,7 +92,7 @@ pid_t spawnProcess(const std::vector<std::string>& argv, const std::map<std::str
     for (const auto& e : strings) env.push_back(const_cast<char*>(e.c_str()));
     env.push_back(nullptr);
     pid_t pid;
-    if (int code = posix_spawnp(&pid, args[0], nullptr, nullptr, args.data(), env.data())) {
+    if (int code = posix_spawnp(&pid, args[0], actions, nullptr, args.data(), env.data())) {
         errno = code;
         failWith("cannot run " + argv[0]);
     }
@@ -116,7 +117,7 @@ void endProcess(pid_t pid) {
     waitpid(pid, nullptr, 0);
 }
 
-void endProcessesOf(const std::string& path) {
+std::vector<pid_t> processesOf(const std::string& path) {
     std::vector<pid_t> found;
     if (DIR* proc = opendir("/proc")) {
         while (dirent* entry = readdir(proc)) {
@@ -130,7 +131,11 @@ void endProcessesOf(const std::string& path) {
         }
         closedir(proc);
     }
-    for (pid_t pid : found) endProcess(pid);
+    return found;
+}
+
+void endProcessesOf(const std::string& path) {
+    for (pid_t pid : processesOf(path)) endProcess(pid);
 }
 
 void copyExecutable(const std::string& from, const std::string& to) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <spawn.h>
 #include <sys/types.h>
 
 #include <map>
@@ -28,11 +29,15 @@ private:
     std::string realHome_;
 };
 
-// Starts `argv` (argv[0] a path) with exactly `environment`; throws when it can't.
-pid_t spawnProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& environment);
+// Starts `argv` (argv[0] a path) with exactly `environment` and those file `actions`; throws
+// when it can't.
+pid_t spawnProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& environment,
+                   const posix_spawn_file_actions_t* actions = nullptr);
 // Ends a process of ours: SIGTERM, and SIGKILL after 3 seconds.
 void endProcess(pid_t pid);
-// Ends every process whose executable is `path`, ours or started by others.
+// The processes whose executable is `path`, ours or started by others.
+std::vector<pid_t> processesOf(const std::string& path);
+// Ends every one of them.
 void endProcessesOf(const std::string& path);
 // Puts the program `from` at `to`: a hard link where it can, else a copy.
 void copyExecutable(const std::string& from, const std::string& to);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <map>
 #include <string>
 #include <vector>
@@ -15,15 +17,15 @@ struct ProcessResult {
 // COLUMNS=80. Tests add or replace variables from here.
 std::map<std::string, std::string> testEnvironment();
 
-// Runs `argv` (argv[0] is the program's path) with exactly `environment`, feeds `input`
-// to standard input and gathers both output streams.
-ProcessResult runProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& environment,
-                         const std::string& input = "");
+// Runs `argv` (argv[0] is the program's path) with exactly `environment`, its standard input
+// empty, and gathers both output streams.
+ProcessResult runProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& environment);
 
-// Runs the built vesk with these arguments under faketime pinned at
-// 2026-11-18 10:00:00 local time, with `environment` (testEnvironment() when empty).
-ProcessResult runVesk(const std::vector<std::string>& arguments,
-                      std::map<std::string, std::string> environment = {});
-// The same, for a vesk program at `binary` (a copy of the built one, say).
-ProcessResult runVeskAt(const std::string& binary, const std::vector<std::string>& arguments,
-                        std::map<std::string, std::string> environment = {});
+// Runs vesk (the built one, or a copy at `binary`) under faketime pinned at 2026-11-18
+// 10:00:00 local time, with `environment` (testEnvironment() when empty).
+ProcessResult runVesk(const std::vector<std::string>& arguments, std::map<std::string, std::string> environment = {},
+                      const std::string& binary = VESK_BINARY);
+
+// Returns once something listens on the socket at `path`; throws when process `pid` ends
+// first, or after 10 seconds.
+void awaitListening(pid_t pid, const std::string& path);

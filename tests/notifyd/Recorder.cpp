@@ -100,10 +100,6 @@ int closeNotification(sd_bus_message* message, void*, sd_bus_error*) {
     return sd_bus_reply_method_return(message, "");
 }
 
-int capabilities(sd_bus_message* message, void*, sd_bus_error*) {
-    return sd_bus_reply_method_return(message, "as", 3, "actions", "body", "sound");
-}
-
 int serverInformation(sd_bus_message* message, void*, sd_bus_error*) {
     return sd_bus_reply_method_return(message, "ssss", "vesk-notifyd", "vesk", "1", "1.2");
 }
@@ -124,7 +120,6 @@ const sd_bus_vtable notifications[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_METHOD("Notify", "susssasa{sv}i", "u", notify, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD("CloseNotification", "u", "", closeNotification, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("GetCapabilities", "", "as", capabilities, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD("GetServerInformation", "", "ssss", serverInformation, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_SIGNAL("ActionInvoked", "us", 0),
     SD_BUS_SIGNAL("NotificationClosed", "uu", 0),
