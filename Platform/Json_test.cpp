@@ -7,21 +7,11 @@
 
 namespace {
 
+// The layout the command line prints: sorted keys, " : ", two-space indents, blank empty containers.
 TEST(JsonText, PrettyLayout) {
-    Json error = {{"schema", 1},
-                  {"error",
-                   {{"code", "unreachable"}, {"message", "Couldn't reach the Vesk app. Is it installed on this Mac?"}}}};
-    EXPECT_EQ(*JsonText::pretty(error),
-              "{\n"
-              "  \"error\" : {\n"
-              "    \"code\" : \"unreachable\",\n"
-              "    \"message\" : \"Couldn't reach the Vesk app. Is it installed on this Mac?\"\n"
-              "  },\n"
-              "  \"schema\" : 1\n"
-              "}");
-
-    Json nested = {{"b", Json::array()}, {"a", Json::object()}, {"c", {1, "x/y", "été"}}};
-    EXPECT_EQ(*JsonText::pretty(nested),
+    Json document = {{"schema", 1}, {"b", Json::array()}, {"a", Json::object()}, {"c", {1, "x/y", "été"}},
+                     {"error", {{"code", "unreachable"}, {"message", "Couldn't reach the app."}}}};
+    EXPECT_EQ(*JsonText::pretty(document),
               "{\n"
               "  \"a\" : {\n"
               "\n"
@@ -33,25 +23,20 @@ TEST(JsonText, PrettyLayout) {
               "    1,\n"
               "    \"x/y\",\n"
               "    \"été\"\n"
-              "  ]\n"
+              "  ],\n"
+              "  \"error\" : {\n"
+              "    \"code\" : \"unreachable\",\n"
+              "    \"message\" : \"Couldn't reach the app.\"\n"
+              "  },\n"
+              "  \"schema\" : 1\n"
               "}");
     EXPECT_EQ(*JsonText::pretty(Json::object()), "{\n\n}");
 }
 
 TEST(JsonText, Scalars) {
-    struct Case {
-        Json value;
-        const char* text;
-    } cases[] = {
-        {900.0, "900"},
-        {-3.0, "-3"},
-        {0.1, "0.1"},
-        {89.9, "89.9"},
-        {1e-7, "1e-07"},
-        {int64_t{-42}, "-42"},
-        {uint64_t{18446744073709551615u}, "18446744073709551615"},
-        {true, "true"},
-        {nullptr, "null"},
+    struct Case { Json value; const char* text; } cases[] = {
+        {900.0, "900"}, {-3.0, "-3"}, {0.1, "0.1"}, {89.9, "89.9"}, {1e-7, "1e-07"}, {int64_t{-42}, "-42"},
+        {uint64_t{18446744073709551615u}, "18446744073709551615"}, {true, "true"}, {nullptr, "null"},
         {"quote \" backslash \\ tab \t line\n bell \x07", R"("quote \" backslash \\ tab \t line\n bell \u0007")"},
         {"a/b ü 😀", "\"a/b ü 😀\""},
     };

@@ -36,24 +36,10 @@ TEST(Text, NumbersAsPrintfPadsThem) {
 }
 
 TEST(Text, StrictIntegers) {
-    struct Case {
-        const char* text;
-        std::optional<int64_t> value;
-    } cases[] = {
-        {"15", 15},
-        {"+7", 7},
-        {"-1", -1},
-        {"007", 7},
-        {"9223372036854775807", std::numeric_limits<int64_t>::max()},
-        {"-9223372036854775808", std::numeric_limits<int64_t>::min()},
-        {"9223372036854775808", {}},
-        {"", {}},
-        {"+", {}},
-        {" 5", {}},
-        {"5 ", {}},
-        {"1.5", {}},
-        {"15m", {}},
-        {"٣", {}},
+    struct Case { const char* text; std::optional<int64_t> value; } cases[] = {
+        {"15", 15}, {"+7", 7}, {"-1", -1}, {"007", 7}, {"9223372036854775807", std::numeric_limits<int64_t>::max()},
+        {"-9223372036854775808", std::numeric_limits<int64_t>::min()}, {"9223372036854775808", {}}, {"", {}}, {"+", {}},
+        {" 5", {}}, {"5 ", {}}, {"1.5", {}}, {"15m", {}}, {"٣", {}},
     };
     for (const auto& c : cases) EXPECT_EQ(Text::parseInt64(c.text), c.value) << c.text;
 }

@@ -28,19 +28,11 @@ void refused(std::initializer_list<std::string> documents) {
     for (const auto& document : documents) EXPECT_TRUE(failure<T>(document)) << document;
 }
 
-Capture titled(std::string title, Style style) {
-    Capture capture;
-    capture.title = std::move(title);
-    capture.style = style;
-    return capture;
-}
-
 }  // namespace
 
-// What the full capture below and the metadata records do not show.
-TEST(CaptureJson, VariantsAndRecordsHaveTheirExactShapes) {
-    struct Case { Json json; std::string expected; };
-    const Case cases[] = {
+// The variants the full capture does not show, then the full capture, which also reads back whole.
+TEST(CaptureJson, ExactShapesAndRoundTrip) {
+    const struct { Json json; std::string expected; } cases[] = {
         {Style::alarm().toJson(), R"({"alarm":{}})"}, {DeviceGate::anyMac().toJson(), R"({"anyMac":{}})"},
         {Style::repeatUntilDone(89.5).toJson(), R"({"repeatUntilDone":{"interval":89.5}})"},
         {PlaceTrigger{PlaceTrigger::Edge::arrive, "home", 0}.toJson(), R"({"delay":0,"edge":"arrive","place":"home"})"},
@@ -51,9 +43,7 @@ TEST(CaptureJson, VariantsAndRecordsHaveTheirExactShapes) {
         {toJson(DateComponents{{}, {}, {}, 9, 5}), R"({"hour":9,"minute":5})"},
     };
     for (const auto& c : cases) EXPECT_EQ(text(c.json), c.expected);
-}
 
-TEST(CaptureJson, FullCaptureRoundTrips) {
     Capture capture{"call mom", DateComponents{2026, 3, 14, 9, 30}, Style::repeatUntilDone(900),
                     PlaceTrigger{PlaceTrigger::Edge::leave, "office", 300}, "home", DeviceGate::named("Studio"),
                     Recurrence{Recurrence::Frequency::monthly, 1, {}, true}, StartReminding::beforeDue(86400), 3,
@@ -72,13 +62,9 @@ TEST(CaptureJson, ReadsNullsAndUnknownKeysAsAbsent) {
     const Capture capture = decoded<Capture>(
         R"({"title":"x","style":{"once":{},"bogus":1},"due":null,"gate":null,"trigger":null,"deviceGate":null,)"
         R"("recurrence":null,"startReminding":null,"hideDaysBefore":null,"list":null,"color":"red"})");
-    EXPECT_EQ(capture, titled("x", Style::once()));
     EXPECT_EQ(text(capture.toJson()), R"({"style":{"once":{}},"title":"x"})");
 
-    const Style style = decoded<Style>(R"({"repeatUntilDone":{"interval":null}})");
-    EXPECT_EQ(style, Style::repeatUntilDone());
-    EXPECT_EQ(text(style.toJson()), R"({"repeatUntilDone":{}})");
-    EXPECT_NE(Style::repeatUntilDone(), Style::repeatUntilDone(3600));
+    EXPECT_EQ(text(decoded<Style>(R"({"repeatUntilDone":{"interval":null}})").toJson()), R"({"repeatUntilDone":{}})");
     // An integral float is written back without its fraction.
     EXPECT_EQ(text(decoded<Style>(R"({"repeatUntilDone":{"interval":900.0}})").toJson()),
               R"({"repeatUntilDone":{"interval":900}})");
@@ -107,22 +93,18 @@ TEST(CaptureJson, RefusesWrongShapes) {
     for (const auto& c : styles) EXPECT_EQ(failure<Style>(c.document).value().description, c.description) << c.document;
 
     refused<PlaceTrigger>({R"({"edge":"enter","place":"home","delay":0})", R"({"edge":"arrive","place":"home"})",
-                           R"({"edge":"arrive","place":1,"delay":0})",
                            R"({"edge":"arrive","place":"home","delay":-1e300})"});
-    refused<DeviceGate>({R"({"named":{}})", R"({"named":{"_0":1}})", R"({"phone":[]})", R"({"anyMac":{},"phone":{}})"});
+    refused<DeviceGate>({R"({"named":{}})", R"({"phone":[]})", R"({"anyMac":{},"phone":{}})"});
     const std::string weekly = R"({"frequency":"weekly","interval":1,)";
     refused<Recurrence>({weekly + R"("fromCompletion":false})", weekly + R"("weekdays":null,"fromCompletion":false})",
                          weekly + R"("weekdays":[2.5],"fromCompletion":false})",
-                         weekly + R"("weekdays":[],"fromCompletion":0})",
-                         R"({"frequency":"hourly","interval":1,"weekdays":[],"fromCompletion":false})",
-                         R"({"frequency":"weekly","interval":1.5,"weekdays":[],"fromCompletion":false})"});
-    refused<StartReminding>({R"({"on":{}})", R"({"beforeDue":{"_0":"1h"}})", R"({"on":{"_0":{"year":"2026"}}})",
-                             R"({"beforeDue":{"_0":1e300}})", R"({"on":{"_0":null}})", R"({"later":{"_0":1}})"});
+                         R"({"frequency":"hourly","interval":1,"weekdays":[],"fromCompletion":false})"});
+    refused<StartReminding>({R"({"on":{}})", R"({"beforeDue":{"_0":"1h"}})", R"({"beforeDue":{"_0":1e300}})",
+                             R"({"on":{"_0":null}})", R"({"later":{"_0":1}})"});
     // One bad field fails the whole capture, also an optional one.
     const std::string base = R"({"title":"x","style":{"once":{}},)";
-    refused<Capture>({R"({"style":{"once":{}}})", R"({"title":"x"})", "[]", base + R"("gate":5})",
-                      base + R"("hideDaysBefore":1.5})", base + R"("due":"tomorrow"})", base + R"("due":{"hour":9.5}})",
-                      base + R"("trigger":{}})", base + R"("list":["a"]})"});
+    refused<Capture>({R"({"style":{"once":{}}})", R"({"title":"x"})", "[]", base + R"("hideDaysBefore":1.5})",
+                      base + R"("due":"tomorrow"})", base + R"("trigger":{}})"});
 }
 
 TEST(CaptureJson, AFailureCarriesItsCodingPath) {

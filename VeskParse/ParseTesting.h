@@ -62,7 +62,7 @@ inline Recurrence rule(Recurrence::Frequency frequency, int64_t interval, std::v
 
 using F = Recurrence::Frequency;
 
-inline PlaceTrigger arrive(std::string place, double delay = 0) { return {PlaceTrigger::Edge::arrive, std::move(place), delay}; }
-inline PlaceTrigger leave(std::string place, double delay = 0) { return {PlaceTrigger::Edge::leave, std::move(place), delay}; }
+inline PlaceTrigger arrive(std::string place, double delay = 0) { return {PlaceTrigger::Edge::arrive, place, delay}; }
+inline PlaceTrigger leave(std::string place, double delay = 0) { return {PlaceTrigger::Edge::leave, place, delay}; }
 
 }  // namespace ParseTesting

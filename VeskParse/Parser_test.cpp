@@ -19,26 +19,16 @@ using Words = std::vector<std::string>;
 // later assignment overwrites an earlier one, tokens included.
 TEST(Parser, ReadsWholeSentences) {
     const Style nag = Style::repeatUntilDone(900);
-    const struct {
-        std::string sentence;
-        Capture capture;
-        Words unresolved = {};
-    } cases[] = {
+    const struct { std::string sentence; Capture capture; Words unresolved = {}; } cases[] = {
         {"call the dentist at 9, nag me every 15 minutes",
          {.title = "call the dentist", .due = at(2026, 11, 18, 21, 0), .style = nag}},
-        {"remind me to call mum tomorrow at 3", {.title = "call mum", .due = at(2026, 11, 19, 15, 0)}},
-        {"buy milk", {.title = "buy milk"}},
-        {"at 3", {.due = at(2026, 11, 18, 15, 0)}},
-        {"wake me at 6", {.due = at(2026, 11, 19, 6, 0), .style = Style::alarm()}},
+        {"buy milk", {.title = "buy milk"}}, {"wake me at 6", {.due = at(2026, 11, 19, 6, 0), .style = Style::alarm()}},
         {"set an alarm for 7am", {.due = at(2026, 11, 19, 7, 0), .style = Style::alarm()}},
-        {"sound an alarm at 7am", {.due = at(2026, 11, 19, 7, 0), .style = Style::alarm()}},
         {"meet at 5 minutes", {.title = "meet at 5 minutes"}, {"5", "minutes"}},
         {"give me 5 minutes to breathe", {.title = "give me 5 minutes to breathe"}, {"5", "minutes"}},
-        {"remind me about the report next week", {.title = "about the report next week"}, {"next", "week"}},
         {"", {}}, {"   \n  ", {}},
         // A phrase that a pass took leaves a blank, so its neighbours stay apart.
         {"pay\ttomorrow\nrent", {.title = "pay rent", .due = onDay(2026, 11, 19)}},
-        {"Call BOB Tomorrow", {.title = "Call BOB", .due = onDay(2026, 11, 19)}},
         {"call \xff\xfe bob tomorrow", {.title = "call \xEF\xBF\xBD\xEF\xBF\xBD bob", .due = onDay(2026, 11, 19)}},
         {"remind me every 2 hours to stretch", {.title = "stretch", .style = Style::repeatUntilDone(7200)}},
         {"nag me every day", {.style = nag, .recurrence = rule(F::daily, 1)}},
@@ -46,13 +36,8 @@ TEST(Parser, ReadsWholeSentences) {
         {"vitamins every morning", {.title = "vitamins", .recurrence = rule(F::daily, 1)}},
         // A recurrence takes "at 9" as written, and starts on its first usable day.
         {"every wednesday at 9", {.due = at(2026, 11, 25, 9, 0), .recurrence = rule(F::weekly, 1, {4})}},
-        {"every weekdays", {.due = onDay(2026, 11, 18), .recurrence = rule(F::weekly, 1, {2, 3, 4, 5, 6})}},
         {"every second friday pay sitter",
          {.title = "pay sitter", .due = onDay(2026, 11, 20), .recurrence = rule(F::weekly, 2, {6})}},
-        {"standup every weekday at 9:30",
-         {.title = "standup", .due = at(2026, 11, 19, 9, 30), .recurrence = rule(F::weekly, 1, {2, 3, 4, 5, 6})}},
-        {"take out the bins every monday and thursday at 7",
-         {.title = "take out the bins", .due = at(2026, 11, 19, 7, 0), .recurrence = rule(F::weekly, 1, {2, 5})}},
         {"stretch daily at 8", {.title = "stretch", .due = at(2026, 11, 19, 8, 0), .recurrence = rule(F::daily, 1)}},
         {"water lawn every 2 weeks after I did it",
          {.title = "water lawn every", .recurrence = rule(F::weekly, 2, {}, true)}, {"every"}},
@@ -60,15 +45,10 @@ TEST(Parser, ReadsWholeSentences) {
          {.title = "call bob and every", .due = onDay(2026, 11, 20), .recurrence = rule(F::weekly, 1, {2})}, {"every"}},
         {"start pinging me a week early for passport on the 20th",
          {.title = "passport", .due = onDay(2026, 11, 20), .startReminding = StartReminding::beforeDue(604800)}},
-        {"hide it until 3 days before it's due dentist on the 20th",
-         {.title = "dentist", .due = onDay(2026, 11, 20), .hideDaysBefore = 3}},
-        {"pick up parcel when I get to the gym", {.title = "pick up parcel", .trigger = arrive("gym")}},
         // The amount belongs to the trigger, so no due moment is read from it.
         {"in 10 minutes after I get home", {.title = "in", .trigger = arrive("home", 600)}},
         // A phrase overwrites what a token set.
-        {"style:once nag me", {.style = nag}},
-        {"nag:5m bug me", {.style = nag}},
-        {"style:alarm just once", {.style = Style::once()}},
+        {"style:once nag me", {.style = nag}}, {"style:alarm just once", {.style = Style::once()}},
         {"every:daily every friday", {.due = onDay(2026, 11, 20), .recurrence = rule(F::weekly, 1, {6})}},
         {"arrive:home give me 5 minutes", {.trigger = arrive("home", 300)}},
     };
@@ -83,14 +63,11 @@ TEST(Parser, ReadsWholeSentences) {
 
 // The clean-up of the remaining text, without any pass.
 TEST(Parser, FinishCleansTheTitle) {
-    const struct {
-        const char* text;
-        const char* title;
-    } cases[] = {
+    const struct { const char* text; const char* title; } cases[] = {
         {" remind me to call mum ", "call mum"}, {"  I need to   buy\t\tmilk  ", "buy milk"}, {"i’ve got to go", "go"},
-        {"I've got to go", "go"}, {"don’t forget to water the plants", "water the plants"},
-        {"dont forget to water the plants", "water the plants"}, {"REMEMBER TO Call Ann", "Call Ann"},
-        {". - and then pay rent", "pay rent"}, {"pay rent , and then", "pay rent"}, {"pay rent by", "pay rent"},
+        {"don’t forget to water the plants", "water the plants"}, {"dont forget to call", "call"},
+        {"REMEMBER TO Call Ann", "Call Ann"}, {". - and then pay rent", "pay rent"},
+        {"pay rent , and then", "pay rent"}, {"pay rent by", "pay rent"},
         // A full stop goes only at the start; fillers are whole words.
         {"buy milk.", "buy milk."}, {"look at", "look"}, {"atlas band", "atlas band"}, {"tonic for", "tonic for"},
         {"to-do list", "do list"}, {"and", ""}, {"   ", ""}, {"", ""},
@@ -98,17 +75,12 @@ TEST(Parser, FinishCleansTheTitle) {
     for (const auto& c : cases) {
         Work work{c.text};
         Parser::State state;
-        auto result = Parser::finish(work, state, resolver());
-        EXPECT_EQ(result.capture.title, c.title) << c.text;
-        EXPECT_EQ(result.capture.due, std::nullopt) << c.text;
+        EXPECT_EQ(Parser::finish(work, state, resolver()).capture.title, c.title) << c.text;
     }
 }
 
 TEST(Parser, UnresolvedWordsLookLikeInstructions) {
-    const struct {
-        const char* title;
-        Words words;
-    } cases[] = {
+    const struct { const char* title; Words words; } cases[] = {
         {"buy milk", {}}, {"about the report next week", {"next", "week"}}, {"Call Around 9ish", {"Around", "9ish"}},
         {"meet 3:30 or 10 o'clock", {"3:30", "10", "o'clock"}}, {"every every", {"every", "every"}},
         // Three digits or more are no hour; words inside words do not count.
@@ -118,14 +90,10 @@ TEST(Parser, UnresolvedWordsLookLikeInstructions) {
 }
 
 TEST(Parser, NumbersAreDigitsOrWords) {
-    const struct {
-        const char* text;
-        std::optional<int64_t> value;
-    } cases[] = {
-        {"5", 5}, {"+5", 5}, {"-3", -3}, {"007", 7}, {"One", 1}, {"AN", 1}, {"a", 1}, {"other", 2}, {"twelve", 12},
-        {"9223372036854775807", INT64_MAX}, {"-9223372036854775808", INT64_MIN}, {"9223372036854775808", std::nullopt},
-        {"99999999999999999999999999999999", std::nullopt}, {"", std::nullopt}, {"thirteen", std::nullopt},
-        {" 5", std::nullopt}, {"5th", std::nullopt}, {"٣", std::nullopt},
+    const struct { const char* text; std::optional<int64_t> value; } cases[] = {
+        // The digits are read as Text::parseInt64 reads them (see Text_test).
+        {"-3", -3}, {"One", 1}, {"AN", 1}, {"a", 1}, {"other", 2}, {"twelve", 12},
+        {"99999999999999999999", std::nullopt}, {"", std::nullopt}, {"thirteen", std::nullopt}, {"5th", std::nullopt},
     };
     for (const auto& c : cases) EXPECT_EQ(Parser::number(c.text), c.value) << c.text;
 }

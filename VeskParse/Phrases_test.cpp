@@ -42,7 +42,6 @@ std::string rest(const Work& work) {
 
 // One pass at a time: what it sets and what it leaves of the sentence.
 TEST(Phrases, EachPassReadsItsPhrases) {
-    const Style nag = Style::repeatUntilDone(900);
     struct Case {
         Pass pass;
         std::string text;
@@ -54,21 +53,15 @@ TEST(Phrases, EachPassReadsItsPhrases) {
     const Case cases[] = {
         {style, "nag me every hour", {.style = Style::repeatUntilDone(3600)}, ""},
         {style, "Ping Me Every ten mins", {.style = Style::repeatUntilDone(600)}, ""},
-        {style, "bug me every 5m", {.style = Style::repeatUntilDone(300)}, ""},
-        {style, "bug me until it's done pay rent", {.style = nag}, "pay rent"},
-        {style, "nag me until I’m done", {.style = nag}, ""},
-        {style1200, "bug me", {.style = Style::repeatUntilDone(1200)}, ""},
-        {style, "nag me just once", {.style = Style::once()}, ""},
-        {style, "call the bank don't let me forget it", {.style = Style::escalate()}, "call the bank"},
-        {style, "don’t let me skip this", {.style = Style::escalate()}, ""},
+        // Without an interval, the settings' one.
+        {style1200, "bug me until I’m done pay rent", {.style = Style::repeatUntilDone(1200)}, "pay rent"},
+        {style, "call the bank don’t let me skip this", {.style = Style::escalate()}, "call the bank"},
         {style, "escalate the invoice", {.style = Style::escalate()}, "the invoice"},
         {style, "pay rent, alarm", {.style = Style::alarm()}, "pay rent"},
         {style, "sound an alarm at 7am", {.style = Style::alarm()}, "at 7am"},
-        {style, "use an ALARM", {.style = Style::alarm()}, ""},
         {style, "wake me up at 6", {.style = Style::alarm()}, "at 6", std::nullopt, true},
         // The style words run in a fixed order and the last one that matches decides.
         {style, "just once escalate", {.style = Style::once()}, ""},
-        {style, "wake me just once", {.style = Style::alarm()}, "", std::nullopt, true},
         {style, "nag me every 15 minutes, wake me", {.style = Style::alarm()}, ",", std::nullopt, true},
         {style, "remind me to call", {}, "remind me to call"}, {style, "nagging me", {}, "nagging me"},
         {style, "buy an alarm clock", {}, "buy an alarm clock"},
@@ -76,19 +69,18 @@ TEST(Phrases, EachPassReadsItsPhrases) {
         {style, "nag me every 99999999999999999999 minutes", {}, ""},
         {style, "nag me every 153722867280912931 minutes", {}, ""},
 
-        {start, "start nagging me from march pay tax", {.startReminding = StartReminding::on(onDay(2027, 3, 1))}, "pay tax"},
-        {start, "start bugging me on December", {.startReminding = StartReminding::on(onDay(2026, 12, 1))}, ""},
+        {start, "start nagging me from march pay tax", {.startReminding = StartReminding::on(onDay(2027, 3, 1))},
+         "pay tax"},
         {start, "start reminding me in nov", {.startReminding = StartReminding::on(onDay(2027, 11, 1))}, ""},
         {start, "start reminding me 3 days before", {.startReminding = StartReminding::beforeDue(259200)}, ""},
-        {start, "start nagging me 2 weeks ahead", {.startReminding = StartReminding::beforeDue(1209600)}, ""},
-        {start, "start reminding me 99999999999999999999 days ahead", {.startReminding = StartReminding::beforeDue(86400)}, ""},
+        {start, "start reminding me 99999999999999999999 days ahead",
+         {.startReminding = StartReminding::beforeDue(86400)}, ""},
         {start, "start reminding me two days before", {}, "start reminding me two days before"},
         {start, "start nagging me in march start nagging me 2 days early",
          {.startReminding = StartReminding::on(onDay(2027, 3, 1))}, "start nagging me 2 days early"},
 
         {hide, "don't show it until the week before it's due", {.hideDaysBefore = 7}, ""},
         {hide, "hide until the day ahead", {.hideDaysBefore = 1}, ""},
-        {hide, "hide this until 2 weeks before", {.hideDaysBefore = 14}, ""},
         {hide, "don’t show me until a week ahead it is due", {.hideDaysBefore = 7}, ""},
         {hide, "hide it until 2000000000000000000 weeks before", {}, ""},
         {hide, "hide it until 3 days before due hide it until the week before", {.hideDaysBefore = 3},
@@ -96,23 +88,18 @@ TEST(Phrases, EachPassReadsItsPhrases) {
         {hide, "hide it until friday", {}, "hide it until friday"},
 
         {every, "pay rent every 1st of the month", {.recurrence = rule(F::monthly, 1)}, "pay rent", onDay(2026, 12, 1)},
-        {every, "every the 18th", {.recurrence = rule(F::monthly, 1)}, "", onDay(2026, 11, 18)},
         {every, "every 31st of each month", {.recurrence = rule(F::monthly, 1)}, "", onDay(2026, 12, 31)},
-        {every, "every 40th floss", {}, "floss"},
         {every, "every 40th floss every day", {.recurrence = rule(F::daily, 1)}, "floss"},
         // The day of the month is tried first, so "2nd" here is a date, not "every second".
         {every, "every 2nd monday", {.recurrence = rule(F::monthly, 1)}, "monday", onDay(2026, 12, 2)},
         {every, "every friday, Monday & friday", {.recurrence = rule(F::weekly, 1, {2, 6})}, ""},
         {every, "every other Tuesday", {.recurrence = rule(F::weekly, 2, {3})}, ""},
-        {every, "get haircut every 6 weeks from when I last did it", {.recurrence = rule(F::weekly, 6, {}, true)}, "get haircut"},
+        {every, "get haircut every 6 weeks from when I last did it", {.recurrence = rule(F::weekly, 6, {}, true)},
+         "get haircut"},
         {every, "descale the kettle 3 months after I last did it", {.recurrence = rule(F::monthly, 3, {}, true)},
          "descale the kettle"},
-        {every, "a week after I finished it", {.recurrence = rule(F::weekly, 1, {}, true)}, ""},
-        {every, "every day after I finish it", {.recurrence = rule(F::daily, 1, {}, true)}, ""},
         {every, "water lawn every two weeks", {.recurrence = rule(F::weekly, 2)}, "water lawn"},
-        {every, "every 3 months", {.recurrence = rule(F::monthly, 3)}, ""},
         {every, "every year", {.recurrence = rule(F::yearly, 1)}, ""},
-        {every, "every week i guess", {.recurrence = rule(F::weekly, 1)}, "i guess"},
         {every, "every 99999999999999999999 days", {.recurrence = rule(F::daily, 1)}, ""},
         {every, "pay the bill Monthly", {.recurrence = rule(F::monthly, 1)}, "pay the bill"},
         {every, "everyday things", {}, "everyday things"},
@@ -120,20 +107,15 @@ TEST(Phrases, EachPassReadsItsPhrases) {
         {device, "reply to ann on my mac", {.deviceGate = DeviceGate::anyMac()}, "reply to ann"},
         {device, "check phone when i'm on my phone", {.deviceGate = DeviceGate::phone()}, "check phone"},
         {device, "next time I’m at my desk", {.deviceGate = DeviceGate::anyMac()}, ""},
-        {device, "whenever im on a laptop", {.deviceGate = DeviceGate::anyMac()}, ""},
         {device, "on my computer when I'm on my phone", {.deviceGate = DeviceGate::anyMac()}, "when I'm on my phone"},
         {device, "on my phone", {}, "on my phone"},
 
         {places, "when I get to gym", {.trigger = arrive("gym")}, ""},
-        {places, "when I get to the library", {.trigger = arrive("library")}, ""},
         {places, "when I get to the gymnasium", {.trigger = arrive("gymnasium")}, ""},
-        {places, "buy stamps when I get home", {.trigger = arrive("home")}, "buy stamps"},
         {places, "as soon as i am back at Work", {.trigger = arrive("work")}, ""},
         {places, "when I arrive at THE OFFICE", {.trigger = arrive("office")}, ""},
         {places, "pick up keys 2 hours after I get to The Office", {.trigger = arrive("office", 7200)}, "pick up keys"},
-        {places, "feed cat 10 minutes after I get home", {.trigger = arrive("home", 600)}, "feed cat"},
         {places, "lock door when I leave work and give me 5 minutes", {.trigger = leave("work", 300)}, "lock door"},
-        {places, "before I leave home", {.trigger = leave("home")}, ""},
         {places, "5 minutes after I get home and give me 10 minutes", {.trigger = arrive("home", 600)}, ""},
         // Digits too long for an integer lose the phrase; the shorter form had been in it.
         {places, "99999999999999999999 minutes after I get home", {}, ""},
@@ -164,23 +146,10 @@ TEST(Phrases, EachPassReadsItsPhrases) {
     }
 }
 
-TEST(Phrases, UnitPrefixDecidesTheFrequency) {
-    EXPECT_EQ(Parser::recurrence(3, "Days", true), rule(F::daily, 3, {}, true));
-    EXPECT_EQ(Parser::recurrence(1, "w", false), rule(F::weekly, 1));
-    EXPECT_EQ(Parser::recurrence(2, "months", false), rule(F::monthly, 2));
-    EXPECT_EQ(Parser::recurrence(2, "minutes", false), rule(F::monthly, 2));
-    EXPECT_EQ(Parser::recurrence(1, "years", false), rule(F::yearly, 1));
-    EXPECT_EQ(Parser::recurrence(1, "", false), rule(F::yearly, 1));
-}
-
 // Dates that a recurrence names lie on the wall clock, so a clock change between now and
 // the due date moves nothing.
 TEST(Phrases, RecurrenceDatesAcrossClockChanges) {
-    const struct {
-        Date now;
-        std::string text;
-        DateComponents due;
-    } cases[] = {
+    const struct { Date now; std::string text; DateComponents due; } cases[] = {
         // Saturday before the spring change; Sunday 29 March has a 23-hour day.
         {moment(2026, 3, 28, 10, 0), "stretch every day at 9", at(2026, 3, 29, 9, 0)},
         {moment(2026, 3, 28, 10, 0), "every sunday at 2:30am", at(2026, 3, 29, 2, 30)},

@@ -21,14 +21,10 @@ std::optional<Date> resolve(const std::string& phrase, Date now = wednesday(), i
 Date swipe(Date now, int64_t dateOnlyHour = 9) { return SnoozeTime::swipe(now, amsterdam(), settings(dateOnlyHour)); }
 
 TEST(SnoozeTime, DurationReadsTheWholeTextOnly) {
-    const struct {
-        std::string text;
-        std::optional<double> seconds;
-    } cases[] = {
-        {"in 2 hrs", 7200}, {"90m", 5400}, {"1 day", 86400}, {"15m", 900}, {"in 15 minutes", 900}, {"in\t15 mins", 900},
-        {"3d", 259200}, {"2hours", 7200}, {"0m", 0}, {"1w", std::nullopt}, {"15 M", std::nullopt}, {"In 15m", std::nullopt},
-        {"in15m", std::nullopt}, {"15m ", std::nullopt}, {" 15m", std::nullopt}, {"1.5h", std::nullopt}, {"m", std::nullopt},
-        {"", std::nullopt}, {"٣m", std::nullopt}, {std::string(400, '9') + "m", std::nullopt},
+    const struct { std::string text; std::optional<double> seconds; } cases[] = {
+        {"in 2 hrs", 7200}, {"90m", 5400}, {"1 day", 86400}, {"in\t15 mins", 900}, {"2hours", 7200}, {"0m", 0},
+        {"1w", std::nullopt}, {"15 M", std::nullopt}, {"in15m", std::nullopt}, {" 15m", std::nullopt},
+        {"1.5h", std::nullopt}, {"", std::nullopt}, {"٣m", std::nullopt}, {std::string(400, '9') + "m", std::nullopt},
         // A number that reads, but that no unit can multiply.
         {std::string(305, '9') + "d", std::nullopt},
     };
@@ -37,21 +33,16 @@ TEST(SnoozeTime, DurationReadsTheWholeTextOnly) {
 
 TEST(SnoozeTime, ResolveReadsDurationsAndSentences) {
     const Date now = wednesday();
-    const struct {
-        std::string phrase;
-        std::optional<Date> expected;
-    } cases[] = {
-        {"15m", now.addingTimeInterval(900)}, {" 15 M ", now.addingTimeInterval(900)},
-        {"\tin 15 minutes\t", now.addingTimeInterval(900)}, {"IN 2 HRS", now.addingTimeInterval(7200)}, {"0m", now},
-        {"friday", moment(2026, 11, 20, 9, 0)}, {"Friday at 3pm", moment(2026, 11, 20, 15, 0)},
-        {"tomorrow", moment(2026, 11, 19, 9, 0)}, {"tonight", moment(2026, 11, 18, 20, 0)},
-        {"at 9", moment(2026, 11, 18, 21, 0)}, {"in an hour", moment(2026, 11, 18, 11, 0)},
+    const struct { std::string phrase; std::optional<Date> expected; } cases[] = {
+        // A duration is read trimmed and lowercased, and counts even when it is no later than now.
+        {" 15 M ", now.addingTimeInterval(900)}, {"0m", now}, {"friday", moment(2026, 11, 20, 9, 0)},
+        {"Friday at 3pm", moment(2026, 11, 20, 15, 0)}, {"in an hour", moment(2026, 11, 18, 11, 0)},
         // A moment already gone.
         {"today at 9", std::nullopt}, {"today", std::nullopt},
         // Understood only in part: a due date was read, but words are left unresolved.
-        {"tomorrow after lunch", std::nullopt}, {"friday next week", std::nullopt},
+        {"tomorrow after lunch", std::nullopt},
         // Nothing to read.
-        {"1w", std::nullopt}, {"banana", std::nullopt}, {"", std::nullopt}, {"   ", std::nullopt},
+        {"1w", std::nullopt}, {"banana", std::nullopt}, {"   ", std::nullopt},
     };
     for (const auto& c : cases) EXPECT_EQ(resolve(c.phrase), c.expected) << c.phrase;
 
@@ -65,11 +56,7 @@ TEST(SnoozeTime, ResolveReadsDurationsAndSentences) {
 }
 
 TEST(SnoozeTime, SwipeIsEightHoursAtNightElseTomorrow) {
-    const struct {
-        Date now;
-        Date expected;
-        bool tomorrow;
-    } cases[] = {
+    const struct { Date now; Date expected; bool tomorrow; } cases[] = {
         {moment(2026, 11, 18, 6, 59), moment(2026, 11, 18, 14, 59), false},
         {moment(2026, 11, 18, 0, 0), moment(2026, 11, 18, 8, 0), false},
         {moment(2026, 11, 18, 7, 0), moment(2026, 11, 19, 9, 0), true},
