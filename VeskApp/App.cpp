@@ -38,6 +38,9 @@ namespace App {
 
 namespace {
 
+// How long after a change the app plans again: short beside the minutes alerts are apart.
+constexpr long settleNanoseconds = 50'000'000;
+
 // A descriptor closed with its owner.
 struct Descriptor {
     int fd = -1;
@@ -198,9 +201,23 @@ int serve(const Options& options) {
     std::optional<Date> armed, woken;  // the moment the timer is set for; it, once it fired
     Loop loop;
     loop.watch(signalFd.fd, [&] { running = false; });
+    // A change is planned for a moment later, together with those that follow it within that
+    // moment: under a stream of changes the app plans a few times a second, not once per change.
+    Descriptor settle(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
+    bool settling = false;
     loop.watch(changed.fd, [&] {
         eventfd_t value;
         eventfd_read(changed.fd, &value);
+        if (settling) return;
+        itimerspec moment{};
+        moment.it_value.tv_nsec = settleNanoseconds;
+        timerfd_settime(settle.fd, 0, &moment, nullptr);
+        settling = true;
+    });
+    loop.watch(settle.fd, [&] {
+        uint64_t expirations;
+        if (read(settle.fd, &expirations, sizeof expirations) != sizeof expirations) return;
+        settling = false;
         replan = true;
     });
     loop.watch(timer.fd, [&] {

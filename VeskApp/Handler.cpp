@@ -127,12 +127,16 @@ std::shared_ptr<const Planning::Reminders> Handler::reminders(const std::shared_
                                                               const Calendar& calendar) const {
     std::lock_guard guard(viewing_);
     std::string zone = calendar.timeZoneId();
-    if (viewed_ != data || viewedZone_ != zone) {
-        view_ = std::make_shared<const Planning::Reminders>(Planning::reminders(*data, config_, calendar));
+    if (viewed_ == data && viewedZone_ == zone) return view_;
+    auto view = std::make_shared<const Planning::Reminders>(Planning::reminders(*data, config_, calendar));
+    // Only the store's latest data is kept: a request that took its data before a change
+    // would otherwise swap the view back and forth with those that came after it.
+    if (data == store_.data()) {
+        view_ = view;
         viewed_ = data;
         viewedZone_ = std::move(zone);
     }
-    return view_;
+    return view;
 }
 
 std::vector<ReminderDTO> Handler::rows(const std::shared_ptr<const StoreData>& data, const Moment& moment,
