@@ -24,62 +24,24 @@
 #include <benchmark/benchmark.h>
 
 #include "PrivateHome.h"
+#include "RunningApp.h"
 #include "VeskApp/Activity.h"
 #include "VeskApp/Handler.h"
-#include "VeskApp/Store.h"
-#include "VeskIPC/Socket.h"
-#include "VeskNag/PlanTesting.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr size_t reminderCount = 1000;
-const char* const environment[] = {"TZ=Europe/Amsterdam", "LANG=en_US.UTF-8", "PATH=/usr/local/bin:/usr/bin:/bin"};
+using RunningApp::Holding;
 
 Date benchNow() { return *PlanTesting::amsterdam().date({2026, 11, 18, 10, 0}); }
-
-// What the app holds: generated reminders around `now`, as the store keeps them.
-enum class Holding {
-    aUsersReminders,  // dated over the next eight weeks and the three days past: some fifty due now
-    halfOverdue,      // dated over a month either side: some five hundred due now
-    nothingSoon,      // all on the next day, nothing snoozed or triggered: no alert within the hour
-};
-
-void fill(StoreData& data, Date now, Holding holding) {
-    std::optional<DateComponents> nextDay;
-    if (holding == Holding::nothingSoon) nextDay = PlanTesting::amsterdam().components(now.addingTimeInterval(86400 + 7200));
-    auto items = PlanTesting::mixedItems(reminderCount, now, 7, nextDay, holding == Holding::halfOverdue ? 30 : 3);
-    const bool quiet = holding == Holding::nothingSoon;
-    for (const NagItem& item : items) {
-        StoredReminder reminder;
-        reminder.key = item.key;
-        reminder.title = item.title;
-        reminder.due = item.due;
-        reminder.completed = item.isCompleted;
-        reminder.list = data.defaultList;
-        reminder.recurrence = item.recurrence;
-        reminder.meta = ReminderMeta(item.style, false, item.firstSeen);
-        reminder.meta.gate = item.gate;
-        reminder.meta.deviceGate = item.deviceGate;
-        reminder.meta.hideDaysBefore = item.hideDaysBefore;
-        if (!quiet) {
-            reminder.meta.trigger = item.trigger;
-            reminder.meta.triggeredAt = item.triggeredAt;
-            if (item.snoozedUntil) reminder.meta.snooze = Snooze{*item.snoozedUntil, item.due, item.due};
-        }
-        data.reminders[reminder.key] = reminder;
-    }
-}
-
-std::string databaseIn(const std::string& home) { return home + "/.local/share/vesk/vesk.db"; }
 
 void ListHandling(benchmark::State& state) {
     char name[] = "/tmp/vesk-app-bench-XXXXXX";
     if (!mkdtemp(name)) return state.SkipWithError("no temporary directory");
     {
         Store store(std::string(name) + "/vesk.db");
-        store.change([&](StoreData& data) { fill(data, benchNow(), Holding(state.range(0))); });
+        store.change([&](StoreData& data) { RunningApp::fill(data, benchNow(), Holding(state.range(0))); });
         Activity activity("bench", false, store.data()->device);
         Handler handler(store, Config{}, activity,
                         Handler::World{benchNow, [] { return PlanTesting::amsterdam(); }, [] { return "granted"; }, {}});
@@ -105,11 +67,9 @@ int run(const std::vector<std::string>& argv) {
     std::vector<char*> args;
     for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
     args.push_back(nullptr);
-    std::vector<char*> env;
-    for (const char* e : environment) env.push_back(const_cast<char*>(e));
-    env.push_back(nullptr);
     pid_t pid = fork();
     if (pid == 0) {
+        auto env = RunningApp::environmentBlock();
         freopen("/dev/null", "w", stdout);
         freopen("/dev/null", "w", stderr);
         execve(args[0], args.data(), env.data());
@@ -148,35 +108,14 @@ double residentMegabytes(pid_t pid) {
     return 0;
 }
 
-pid_t startApp() {
-    pid_t pid = fork();
-    if (pid == 0) {
-        std::vector<char*> env;
-        for (const char* e : environment) env.push_back(const_cast<char*>(e));
-        env.push_back(nullptr);
-        freopen("/dev/null", "w", stderr);
-        char* args[] = {const_cast<char*>(VESK_APP_BINARY), nullptr};
-        execve(args[0], args, env.data());
-        _exit(127);
-    }
-    for (int i = 0; i < 500 && !SocketClient::isListening(VeskSocket::defaultPath()); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return pid;
-}
-
-void stopApp(pid_t pid) {
-    kill(pid, SIGTERM);
-    waitpid(pid, nullptr, 0);
-}
-
 // Gives the app other reminders to hold, and starts it afresh.
 void holding(Holding what) {
-    stopApp(app);
-    Store(databaseIn(home->home())).change([&](StoreData& data) {
+    RunningApp::stop(app);
+    Store(RunningApp::databaseIn(home->home())).change([&](StoreData& data) {
         data.reminders.clear();
-        fill(data, Date::now(), what);
+        RunningApp::fill(data, Date::now(), what);
     });
-    app = startApp();
+    app = RunningApp::start();
 }
 
 void Refill(benchmark::State& state) {
@@ -227,12 +166,14 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "app_bench: %s; run as root\n", error.what());
         return 1;
     }
-    Store(databaseIn(home->home())).change([](StoreData& data) { fill(data, Date::now(), Holding::aUsersReminders); });
-    app = startApp();
+    Store(RunningApp::databaseIn(home->home())).change([](StoreData& data) {
+        RunningApp::fill(data, Date::now(), Holding::aUsersReminders);
+    });
+    app = RunningApp::start();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
-    stopApp(app);
+    RunningApp::stop(app);
     home.reset();
     return 0;
 }
