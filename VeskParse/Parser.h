@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +13,7 @@
 #include "VeskModel/Capture.h"
 #include "VeskModel/NagSettings.h"
 #include "VeskParse/DateResolver.h"
+#include "VeskParse/ModelReading.h"
 #include "VeskParse/ParseResult.h"
 #include "VeskParse/Work.h"
 
@@ -33,6 +36,17 @@ struct Parser {
     };
 
     ParseResult parse(std::string_view sentence, Date now) const;
+
+    // The grammar's reading; when it leaves words unresolved and there is a model, the
+    // model's too, merged, if it answers within `timeout`. Never fails: a model that fails
+    // or is late leaves the grammar's reading.
+    ParseResult parse(std::string_view sentence, Date now, std::shared_ptr<const LanguageModelParsing> model,
+                      std::chrono::milliseconds timeout) const;
+    // The grammar's reading with what of the model's the sentence backs: the grammar wins
+    // every field it found.
+    ParseResult merge(const ParseResult& grammar, const ModelReading& reading, std::string_view text, Date now) const;
+    // The model's date and time, when the date exists and has not passed.
+    std::optional<DateComponents> modelDue(const ModelReading& reading, Date now) const;
 
     // The passes, in the order parse runs them.
     static void takeTokens(Work& work, State& state, const DateResolver& resolver);
