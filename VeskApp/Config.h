@@ -13,6 +13,9 @@ struct Config {
     bool relayOnly = false;                  // relay-only: true or false
     std::optional<std::string> defaultList;  // default-list
     std::vector<std::string> ignoredLists;   // ignored-lists, comma-separated
+    std::optional<std::string> modelUrl;     // model-url: a local model server's API base; absent, no model
+    std::optional<std::string> modelName;    // model-name: the model the server is asked for
+    double modelTimeout = 8;                 // model-timeout: seconds the app waits for a reading
 
     bool operator==(const Config&) const = default;
 
