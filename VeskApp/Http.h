@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <variant>
+
+// Plain HTTP to a server on this machine, through libcurl: no signals, no proxies, a total
+// time-out, and given up as soon as `stop` is requested.
+namespace Http {
+
+struct Answer {
+    long status = 0;
+    std::string body;
+};
+
+// The answer, or what went wrong in words.
+using Result = std::variant<Answer, std::string>;
+
+// At most this much of an answer is read; a larger one is an error.
+inline constexpr size_t answerLimit = 4 * 1024 * 1024;
+
+Result get(const std::string& url, double timeoutSeconds, std::stop_token stop = {});
+Result postJson(const std::string& url, const std::string& body, double timeoutSeconds, std::stop_token stop = {});
+
+}  // namespace Http

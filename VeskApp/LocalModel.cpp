@@ -1,0 +1,125 @@
+#include "VeskApp/LocalModel.h"
+
+#include <cstdio>
+#include <stdexcept>
+
+#include <nlohmann/json.hpp>
+
+#include "Platform/Json.h"
+#include "Platform/JsonDecoder.h"
+#include "VeskApp/Http.h"
+
+namespace {
+
+const char* const weekdayNames[] = {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
+
+// The fields of ModelReading; every one present, null where the sentence says nothing.
+Json schema() {
+    auto nullable = [](const char* type) { return Json{{"type", Json::array({type, "null"})}}; };
+    Json properties = {
+        {"title", {{"type", "string"}}},
+        {"dueDate", nullable("string")},
+        {"dueTime", nullable("string")},
+        {"style",
+         {{"type", Json::array({"string", "null"})},
+          {"enum", Json::array({"once", "repeat", "alarm", "escalate", nullptr})}}},
+        {"repeatMinutes", nullable("integer")},
+        {"recurrence",
+         {{"type", Json::array({"string", "null"})},
+          {"enum", Json::array({"daily", "weekly", "monthly", "yearly", nullptr})}}},
+        {"recurrenceInterval", nullable("integer")},
+        {"weekdays", {{"type", "array"}, {"items", {{"type", "integer"}}}}},
+        {"arriveAt", nullable("string")},
+        {"leaveFrom", nullable("string")},
+        {"delayMinutes", nullable("integer")},
+        {"onlyAt", nullable("string")},
+    };
+    Json required = Json::array();
+    for (const auto& [key, value] : properties.items()) required.push_back(key);
+    return {{"type", "object"}, {"properties", properties}, {"required", required}, {"additionalProperties", false}};
+}
+
+std::string prompt(const std::string& sentence, Date now, const Calendar& calendar,
+                   const std::vector<std::string>& places) {
+    const DateComponents today = calendar.components(now);
+    char moment[96];
+    std::snprintf(moment, sizeof moment, "%s %04lld-%02lld-%02lld, %02lld:%02lld",
+                  weekdayNames[(calendar.component(CalendarComponent::weekday, now) + 6) % 7],
+                  static_cast<long long>(today.year.value_or(0)), static_cast<long long>(today.month.value_or(0)),
+                  static_cast<long long>(today.day.value_or(0)), static_cast<long long>(today.hour.value_or(0)),
+                  static_cast<long long>(today.minute.value_or(0)));
+    std::string known = "home, work";
+    for (const auto& place : places) known += ", " + place;
+    return "It is " + std::string(moment) + " in the time zone " + calendar.timeZoneId() +
+           ". The user's places are: " + known +
+           ".\n"
+           "Read this reminder and give only what its words say; leave every other field null (weekdays empty).\n"
+           "title: the thing to do, without the date, time and nagging words. dueDate: YYYY-MM-DD. dueTime: HH:MM, "
+           "24-hour. style: once, repeat (with repeatMinutes), alarm or escalate. recurrence: daily, weekly, monthly "
+           "or "
+           "yearly, with recurrenceInterval and, for weekly, weekdays (1 Sunday to 7 Saturday). arriveAt, leaveFrom: a "
+           "place that triggers it, with delayMinutes. onlyAt: a place it applies at.\n"
+           "Reminder: " +
+           sentence;
+}
+
+std::optional<std::string> text(const JsonDecoder& json, std::string_view key) {
+    if (auto value = json.optional(key)) return value->string();
+    return std::nullopt;
+}
+
+std::optional<int64_t> integer(const JsonDecoder& json, std::string_view key) {
+    if (auto value = json.optional(key)) return value->integer();
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::string LocalModel::request(const std::string& name, const std::string& sentence, Date now,
+                                const Calendar& calendar, const std::vector<std::string>& places) {
+    Json body = {
+        {"messages", Json::array({{{"role", "user"}, {"content", prompt(sentence, now, calendar, places)}}})},
+        {"temperature", 0},
+        {"response_format",
+         {{"type", "json_schema"}, {"json_schema", {{"name", "reminder"}, {"strict", true}, {"schema", schema()}}}}},
+    };
+    if (!name.empty()) body["model"] = name;
+    return JsonText::compact(body).value();
+}
+
+ModelReading LocalModel::reading(std::string_view answer) {
+    const auto outer = JsonDocument::parse(answer);
+    if (!outer) throw std::runtime_error("the model's answer is no JSON");
+    const auto choices = JsonDecoder(*outer)["choices"].elements();
+    if (choices.empty()) throw std::runtime_error("the model's answer has no choice");
+    const std::string content = choices.front()["message"]["content"].string();
+    const auto document = JsonDocument::parse(content);
+    if (!document) throw std::runtime_error("the model's reading is no JSON");
+    const JsonDecoder json(*document);
+    json.requireObject();
+    ModelReading reading;
+    reading.title = json["title"].string();
+    reading.dueDate = text(json, "dueDate");
+    reading.dueTime = text(json, "dueTime");
+    reading.style = text(json, "style");
+    reading.repeatMinutes = integer(json, "repeatMinutes");
+    reading.recurrence = text(json, "recurrence");
+    reading.recurrenceInterval = integer(json, "recurrenceInterval");
+    if (auto weekdays = json.optional("weekdays"))
+        for (const JsonDecoder& day : weekdays->elements()) reading.weekdays.push_back(day.integer());
+    reading.arriveAt = text(json, "arriveAt");
+    reading.leaveFrom = text(json, "leaveFrom");
+    reading.delayMinutes = integer(json, "delayMinutes");
+    reading.onlyAt = text(json, "onlyAt");
+    return reading;
+}
+
+ModelReading LocalModel::read(const std::string& sentence, Date now, const Calendar& calendar,
+                              const std::vector<std::string>& places, std::stop_token stop) const {
+    auto result = Http::postJson(url_ + "/chat/completions", request(name_, sentence, now, calendar, places),
+                                 timeoutSeconds_, stop);
+    if (auto* problem = std::get_if<std::string>(&result)) throw std::runtime_error(*problem);
+    const auto& answer = std::get<Http::Answer>(result);
+    if (answer.status != 200) throw std::runtime_error("the model server answered " + std::to_string(answer.status));
+    return reading(answer.body);
+}
