@@ -26,6 +26,7 @@
 #include "Platform/Text.h"
 #include "VeskApp/Activity.h"
 #include "VeskApp/Handler.h"
+#include "VeskApp/LocalModel.h"
 #include "VeskApp/Loop.h"
 #include "VeskApp/Nagging.h"
 #include "VeskApp/Notifier.h"
@@ -148,9 +149,16 @@ int serve(const Options& options) {
     auto signalChange = [fd = changed.fd] { eventfd_write(fd, 1); };
     std::atomic<bool> notificationsAvailable{false};
 
-    Handler handler(store, config, activity,
-                    Handler::World{[] { return Date::now(); }, [&] { return calendar.get(); },
-                                   [&] { return notificationsAvailable ? "granted" : "unavailable"; }, signalChange});
+    Handler::World world{[] { return Date::now(); }, [&] { return calendar.get(); },
+                         [&] { return notificationsAvailable ? "granted" : "unavailable"; }, signalChange,
+                         nullptr, {}, {}};
+    if (config.modelUrl) {
+        auto model = std::make_shared<LocalModel>(*config.modelUrl, config.modelName.value_or(""), config.modelTimeout);
+        world.model = model;
+        world.modelTimeout = std::chrono::milliseconds(static_cast<int64_t>(config.modelTimeout * 1000));
+        world.modelStatus = [model] { return model->status(); };
+    }
+    Handler handler(store, config, activity, world);
 
     InFlight inFlight;
     std::string path = VeskSocket::candidatePaths().front();

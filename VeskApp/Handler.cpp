@@ -174,7 +174,8 @@ Response Handler::add(const Request::Add& add, const Moment& moment) {
     auto data = store_.data();
     std::vector<std::string> places;
     for (const auto& [key, place] : data->places) places.push_back(place.name);
-    const ParseResult reading = Parser{moment.calendar, places, data->settings}.parse(add.text, moment.now);
+    const ParseResult reading =
+        Parser{moment.calendar, places, data->settings}.parse(add.text, moment.now, world_.model, world_.modelTimeout);
     Response response;
     response.parse = ParseOutput(reading);
     if (add.dryRun) return response;
@@ -365,7 +366,7 @@ Response Handler::doctor() {
     doctor.writes = "any-list";
     doctor.device = activity_.me(world_.now()).name;
     doctor.version = veskVersion;
-    doctor.model = "off";
+    doctor.model = world_.modelStatus ? world_.modelStatus() : "off";
     doctor.ignoredLists = config_.ignoredLists;
     if (store_.failure()) {
         doctor.remindersAccess = "unavailable";

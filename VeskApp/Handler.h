@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -12,6 +13,7 @@
 #include "VeskApp/Planning.h"
 #include "VeskApp/Store.h"
 #include "VeskIPC/Wire.h"
+#include "VeskParse/ModelReading.h"
 
 // Answers the requests of `vesk` from the store, with the grammar, the planner and the
 // listing. May run on several threads at once; changes to the store run one at a time.
@@ -23,6 +25,10 @@ public:
         std::function<Calendar()> calendar;          // the user's, at this moment
         std::function<std::string()> notifications;  // "granted" or "unavailable"
         std::function<void()> changed;               // after every change that was saved
+        // A second reader of sentences the grammar leaves words of, and how long to wait for it.
+        std::shared_ptr<const LanguageModelParsing> model;
+        std::chrono::milliseconds modelTimeout{0};
+        std::function<std::string()> modelStatus;  // doctor's "model"; "off" when absent
     };
 
     Handler(Store& store, Config config, Activity& activity, World world);

@@ -123,3 +123,42 @@ ModelReading LocalModel::read(const std::string& sentence, Date now, const Calen
     if (answer.status != 200) throw std::runtime_error("the model server answered " + std::to_string(answer.status));
     return reading(answer.body);
 }
+
+std::string LocalModel::status() const {
+    std::lock_guard guard(statusLock_);
+    const auto now = std::chrono::steady_clock::now();
+    if (status_.empty() || now - lookedAt_ > std::chrono::seconds(10)) {
+        status_ = look();
+        lookedAt_ = now;
+    }
+    return status_;
+}
+
+std::string LocalModel::look() const {
+    constexpr double quick = 1;
+    // The model's name as configured, else the first the server lists.
+    auto ready = [&](const Http::Result& models) {
+        std::string name = name_;
+        if (const auto* answer = std::get_if<Http::Answer>(&models); name.empty() && answer && answer->status == 200) {
+            try {
+                if (const auto document = JsonDocument::parse(answer->body)) {
+                    const auto listed = JsonDecoder(*document)["data"].elements();
+                    if (!listed.empty()) name = listed.front()["id"].string();
+                }
+            } catch (const std::exception&) {
+            }
+        }
+        return "ready (" + (name.empty() ? std::string("the server's model") : name) + ")";
+    };
+    // A server's /health sits beside its API: http://host:port/health for http://host:port/v1.
+    std::string root = url_;
+    if (root.ends_with("/v1")) root.resize(root.size() - 3);
+    const auto health = Http::get(root + "/health", quick);
+    if (const auto* answer = std::get_if<Http::Answer>(&health)) {
+        if (answer->status == 503) return "loading";
+        if (answer->status == 200) return ready(name_.empty() ? Http::get(url_ + "/models", quick) : health);
+    }
+    const auto models = Http::get(url_ + "/models", quick);
+    if (const auto* answer = std::get_if<Http::Answer>(&models); answer && answer->status == 200) return ready(models);
+    return "unreachable (" + url_ + ")";
+}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +20,10 @@ public:
     ModelReading read(const std::string& sentence, Date now, const Calendar& calendar,
                       const std::vector<std::string>& places, std::stop_token stop) const override;
 
+    // For doctor: "ready (NAME)", "loading" or "unreachable (URL)", from a quick look at the
+    // server (its /health, else the API's model list), kept for ten seconds.
+    std::string status() const;
+
     // The request's JSON: the prompt with the sentence, the moment and the places, and the schema.
     static std::string request(const std::string& name, const std::string& sentence, Date now, const Calendar& calendar,
                                const std::vector<std::string>& places);
@@ -25,7 +31,12 @@ public:
     static ModelReading reading(std::string_view answer);
 
 private:
+    std::string look() const;
+
     std::string url_;
     std::string name_;
     double timeoutSeconds_;
+    mutable std::mutex statusLock_;  // guards the two below
+    mutable std::chrono::steady_clock::time_point lookedAt_;
+    mutable std::string status_;
 };

@@ -18,9 +18,12 @@ using namespace std::chrono_literals;
 
 // A server on a loopback port that takes one request and gives it one scripted answer:
 // the bytes to send (none: it closes at once), or it stays silent until it is destroyed.
+// With several answers, it takes one connection for each, in turn.
 class OneShotServer {
 public:
-    explicit OneShotServer(std::optional<std::string> answer, bool silent = false) {
+    explicit OneShotServer(std::optional<std::string> answer, bool silent = false)
+        : OneShotServer(std::vector<std::optional<std::string>>{answer}, silent) {}
+    explicit OneShotServer(std::vector<std::optional<std::string>> answers, bool silent = false) {
         listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
         sockaddr_in address{};
         address.sin_family = AF_INET;
@@ -30,26 +33,8 @@ public:
         socklen_t size = sizeof address;
         getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size);
         url = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)) + "/v1";
-        thread_ = std::thread([this, answer, silent] {
-            int peer = accept(listener_, nullptr, nullptr);
-            if (peer < 0) return;
-            char buffer[65536];
-            for (;;) {
-                ssize_t n = read(peer, buffer, sizeof buffer);
-                if (n <= 0) break;
-                request.append(buffer, static_cast<size_t>(n));
-                size_t end = request.find("\r\n\r\n");
-                size_t length = request.find("Content-Length: ");
-                if (end != std::string::npos && length != std::string::npos &&
-                    request.size() >= end + 4 + std::stoul(request.substr(length + 16)))
-                    break;
-            }
-            if (silent) {
-                while (read(peer, buffer, sizeof buffer) > 0) {}
-            } else if (answer) {
-                [[maybe_unused]] ssize_t sent = write(peer, answer->data(), answer->size());
-            }
-            close(peer);
+        thread_ = std::thread([this, answers, silent] {
+            for (const auto& answer : answers) serve(answer, silent);
         });
     }
     ~OneShotServer() {
@@ -59,16 +44,42 @@ public:
     }
 
     std::string url;
-    std::string request;
+    std::string request;  // every request, one after another
 
 private:
+    void serve(const std::optional<std::string>& answer, bool silent) {
+        int peer = accept(listener_, nullptr, nullptr);
+        if (peer < 0) return;
+        const size_t begin = request.size();
+        char buffer[65536];
+        for (;;) {
+            ssize_t n = read(peer, buffer, sizeof buffer);
+            if (n <= 0) break;
+            request.append(buffer, static_cast<size_t>(n));
+            size_t end = request.find("\r\n\r\n", begin);
+            if (end == std::string::npos) continue;
+            size_t length = request.find("Content-Length: ", begin);
+            if (length == std::string::npos || length > end ||
+                request.size() >= end + 4 + std::stoul(request.substr(length + 16)))
+                break;
+        }
+        if (silent) {
+            while (read(peer, buffer, sizeof buffer) > 0) {
+            }
+        } else if (answer) {
+            [[maybe_unused]] ssize_t sent = write(peer, answer->data(), answer->size());
+        }
+        close(peer);
+    }
+
     int listener_;
     std::thread thread_;
 };
 
 std::string http(int status, const std::string& body) {
-    return "HTTP/1.1 " + std::to_string(status) + " X\r\nContent-Type: application/json\r\nContent-Length: " +
-           std::to_string(body.size()) + "\r\nConnection: close\r\n\r\n" + body;
+    return "HTTP/1.1 " + std::to_string(status) +
+           " X\r\nContent-Type: application/json\r\nContent-Length: " + std::to_string(body.size()) +
+           "\r\nConnection: close\r\n\r\n" + body;
 }
 
 // A chat answer whose message is `content`.
@@ -142,6 +153,27 @@ TEST(LocalModel, ASilentServerIsLeftAtTheTimeOutOrWhenStopped) {
     });
     EXPECT_THROW(LocalModel(silent.url, "", 60).read("x", now, amsterdam, {}, stop.get_token()), std::runtime_error);
     stopper.join();
+}
+
+TEST(LocalModel, StatusFromAQuickLookAtTheServer) {
+    {
+        OneShotServer llama(http(200, R"({"status":"ok"})"));
+        EXPECT_EQ(LocalModel(llama.url, "qwen", 8).status(), "ready (qwen)");
+        EXPECT_EQ(llama.request.rfind("GET /health HTTP/1.1\r\n", 0), 0u);
+    }
+    {
+        OneShotServer loading(http(503, R"({"error":{"code":503,"message":"Loading model"}})"));
+        EXPECT_EQ(LocalModel(loading.url, "qwen", 8).status(), "loading");
+    }
+    {
+        // No /health: the API's model list answers, and names the model.
+        OneShotServer ollama({http(404, "404 page not found"), http(200, R"({"data":[{"id":"llama3.2"}]})")});
+        LocalModel model(ollama.url, "", 8);
+        EXPECT_EQ(model.status(), "ready (llama3.2)");
+        EXPECT_NE(ollama.request.find("GET /v1/models HTTP/1.1\r\n"), std::string::npos);
+        EXPECT_EQ(model.status(), "ready (llama3.2)");  // kept, not asked again
+    }
+    EXPECT_EQ(LocalModel("http://127.0.0.1:1/v1", "qwen", 8).status(), "unreachable (http://127.0.0.1:1/v1)");
 }
 
 }  // namespace

@@ -44,7 +44,8 @@ void ListHandling(benchmark::State& state) {
         store.change([&](StoreData& data) { RunningApp::fill(data, benchNow(), Holding(state.range(0))); });
         Activity activity("bench", false, store.data()->device);
         Handler handler(store, Config{}, activity,
-                        Handler::World{benchNow, [] { return PlanTesting::amsterdam(); }, [] { return "granted"; }, {}});
+                        Handler::World{benchNow, [] { return PlanTesting::amsterdam(); }, [] { return "granted"; }, {},
+                                       nullptr, {}, {}});
         const Request request{Request::List{Request::Section::now}};
         size_t rows = 0, bytes = 0;
         for (auto _ : state) {
