@@ -52,6 +52,16 @@ std::optional<JsonDecoder> JsonDecoder::optional(std::string_view key) const {
     return JsonDecoder(document_, *found);
 }
 
+std::optional<std::string> JsonDecoder::optionalString(std::string_view key) const {
+    if (auto value = optional(key)) return value->string();
+    return std::nullopt;
+}
+
+std::optional<int64_t> JsonDecoder::optionalInteger(std::string_view key) const {
+    if (auto value = optional(key)) return value->integer();
+    return std::nullopt;
+}
+
 bool JsonDecoder::contains(std::string_view key) const { return member(key).has_value(); }
 
 std::string JsonDecoder::string() const {

@@ -36,6 +36,9 @@ public:
     JsonDecoder operator[](std::string_view key) const;
     // An optional key: absent and null both give nothing.
     std::optional<JsonDecoder> optional(std::string_view key) const;
+    // The value of an optional key, when present and not null; a wrong type fails.
+    std::optional<std::string> optionalString(std::string_view key) const;
+    std::optional<int64_t> optionalInteger(std::string_view key) const;
     // Whether the object has `key` at all, null included.
     bool contains(std::string_view key) const;
 

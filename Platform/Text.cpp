@@ -86,6 +86,16 @@ bool containsIgnoringCase(std::string_view text, std::string_view part) {
     return haystack.indexOf(needle) >= 0;
 }
 
+std::vector<std::string> split(std::string_view text, char separator) {
+    std::vector<std::string> pieces;
+    for (size_t start = 0;;) {
+        const size_t end = text.find(separator, start);
+        pieces.emplace_back(text.substr(start, end == std::string_view::npos ? std::string_view::npos : end - start));
+        if (end == std::string_view::npos) return pieces;
+        start = end + 1;
+    }
+}
+
 std::optional<int64_t> parseInt64(std::string_view text) {
     size_t i = 0;
     bool negative = false;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Text helpers over UTF-8.
 namespace Text {
@@ -26,6 +27,9 @@ bool containsIgnoringCase(std::string_view text, std::string_view part);
 // A strict base-10 signed 64-bit integer: an optional "+" or "-", then ASCII digits only,
 // nothing else, no overflow.
 std::optional<int64_t> parseInt64(std::string_view text);
+
+// The pieces of `text` between the separators, empty ones kept: "a,,b" gives "a", "", "b".
+std::vector<std::string> split(std::string_view text, char separator);
 
 // `text` with every invalid UTF-8 sequence replaced by U+FFFD.
 std::string repairUtf8(std::string_view text);

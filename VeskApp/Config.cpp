@@ -13,12 +13,9 @@ namespace {
 
 std::vector<std::string> names(std::string_view text) {
     std::vector<std::string> result;
-    size_t start = 0;
-    while (start <= text.size()) {
-        size_t comma = std::min(text.find(',', start), text.size());
-        std::string name = Text::trimBlanks(text.substr(start, comma - start));
+    for (const std::string& piece : Text::split(text, ',')) {
+        std::string name = Text::trimBlanks(piece);
         if (!name.empty()) result.push_back(name);
-        start = comma + 1;
     }
     return result;
 }

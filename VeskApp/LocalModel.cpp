@@ -63,16 +63,6 @@ std::string prompt(const std::string& sentence, Date now, const Calendar& calend
            sentence;
 }
 
-std::optional<std::string> text(const JsonDecoder& json, std::string_view key) {
-    if (auto value = json.optional(key)) return value->string();
-    return std::nullopt;
-}
-
-std::optional<int64_t> integer(const JsonDecoder& json, std::string_view key) {
-    if (auto value = json.optional(key)) return value->integer();
-    return std::nullopt;
-}
-
 }  // namespace
 
 std::string LocalModel::request(const std::string& name, const std::string& sentence, Date now,
@@ -99,18 +89,18 @@ ModelReading LocalModel::reading(std::string_view answer) {
     json.requireObject();
     ModelReading reading;
     reading.title = json["title"].string();
-    reading.dueDate = text(json, "dueDate");
-    reading.dueTime = text(json, "dueTime");
-    reading.style = text(json, "style");
-    reading.repeatMinutes = integer(json, "repeatMinutes");
-    reading.recurrence = text(json, "recurrence");
-    reading.recurrenceInterval = integer(json, "recurrenceInterval");
+    reading.dueDate = json.optionalString("dueDate");
+    reading.dueTime = json.optionalString("dueTime");
+    reading.style = json.optionalString("style");
+    reading.repeatMinutes = json.optionalInteger("repeatMinutes");
+    reading.recurrence = json.optionalString("recurrence");
+    reading.recurrenceInterval = json.optionalInteger("recurrenceInterval");
     if (auto weekdays = json.optional("weekdays"))
         for (const JsonDecoder& day : weekdays->elements()) reading.weekdays.push_back(day.integer());
-    reading.arriveAt = text(json, "arriveAt");
-    reading.leaveFrom = text(json, "leaveFrom");
-    reading.delayMinutes = integer(json, "delayMinutes");
-    reading.onlyAt = text(json, "onlyAt");
+    reading.arriveAt = json.optionalString("arriveAt");
+    reading.leaveFrom = json.optionalString("leaveFrom");
+    reading.delayMinutes = json.optionalInteger("delayMinutes");
+    reading.onlyAt = json.optionalString("onlyAt");
     return reading;
 }
 

@@ -8,16 +8,6 @@
 
 namespace {
 
-std::optional<std::string> optionalString(const JsonDecoder& json, std::string_view key) {
-    if (auto value = json.optional(key)) return value->string();
-    return std::nullopt;
-}
-
-std::optional<int64_t> optionalInteger(const JsonDecoder& json, std::string_view key) {
-    if (auto value = json.optional(key)) return value->integer();
-    return std::nullopt;
-}
-
 std::string startRemindingText(const StartReminding& start) {
     if (start.kind == StartReminding::Case::beforeDue) return "-" + std::to_string(saturatedInt64(start.seconds));
     return ParseOutput::format(start.date).value_or("");
@@ -145,16 +135,16 @@ Json ParseOutput::toJson() const {
 ParseOutput ParseOutput::fromJson(const JsonDecoder& json) {
     ParseOutput output;
     output.title = json["title"].string();
-    output.due = optionalString(json, "due");
+    output.due = json.optionalString("due");
     output.style = json["style"].string();
-    output.repeatIntervalSeconds = optionalInteger(json, "repeatIntervalSeconds");
+    output.repeatIntervalSeconds = json.optionalInteger("repeatIntervalSeconds");
     if (auto value = json.optional("trigger")) output.trigger = triggerFromJson(*value);
-    output.gate = optionalString(json, "gate");
-    output.device = optionalString(json, "device");
+    output.gate = json.optionalString("gate");
+    output.device = json.optionalString("device");
     if (auto value = json.optional("recurrence")) output.recurrence = repeatFromJson(*value);
-    output.startReminding = optionalString(json, "startReminding");
-    output.hideDaysBefore = optionalInteger(json, "hideDaysBefore");
-    output.list = optionalString(json, "list");
+    output.startReminding = json.optionalString("startReminding");
+    output.hideDaysBefore = json.optionalInteger("hideDaysBefore");
+    output.list = json.optionalString("list");
     for (const JsonDecoder& word : json["unresolved"].elements()) output.unresolved.push_back(word.string());
     output.needsModel = json["needsModel"].boolean();
     output.readByModel = json["readByModel"].boolean();

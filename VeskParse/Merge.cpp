@@ -33,16 +33,6 @@ bool says(std::string_view lower, Kind kind) {
     return regex && regex->firstMatch(lower).has_value();
 }
 
-// The pieces of `text` between the separators, empty ones dropped.
-std::vector<std::string> pieces(std::string_view text, char separator) {
-    std::vector<std::string> found;
-    for (size_t start = 0; start <= text.size();) {
-        size_t end = std::min(text.find(separator, start), text.size());
-        if (end > start) found.emplace_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    return found;
-}
 
 // A place the model named, as the key of a place the user said, or nothing.
 std::optional<std::string> spoken(const std::optional<std::string>& place, const std::string& lower) {
@@ -89,7 +79,7 @@ std::optional<DateComponents> Parser::modelDue(const ModelReading& reading, Date
     std::optional<DateComponents> date;
     if (reading.dueDate) {
         std::vector<int64_t> numbers;
-        for (const std::string& piece : pieces(*reading.dueDate, '-'))
+        for (const std::string& piece : Text::split(*reading.dueDate, '-'))
             if (auto number = Text::parseInt64(piece)) numbers.push_back(*number);
         if (numbers.size() == 3) {
             DateComponents day{numbers[0], numbers[1], numbers[2], {}, {}};

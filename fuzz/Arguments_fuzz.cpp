@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size == 0) return 0;
     // As the program's entry passes them on.
     std::vector<std::string> arguments;
-    for (std::string_view piece : Fuzz::split(Fuzz::text(data, size), '\0')) arguments.push_back(Text::repairUtf8(piece));
+    for (std::string_view piece : Text::split(Fuzz::text(data, size), '\0')) arguments.push_back(Text::repairUtf8(piece));
     const ArgumentParser::Environment environment{"100", std::nullopt, "/bin/bash"};
 
     const auto parsed = ArgumentParser::parse(veskRoot(), arguments, environment);

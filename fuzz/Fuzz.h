@@ -1,6 +1,6 @@
 #pragma once
 
-// What the fuzz targets share: the input as text and its pieces, a check that ends the
+// What the fuzz targets share: the input as text, a check that ends the
 // run with a report, and the fixed zone and moment every target reads against.
 
 #include <cstddef>
@@ -18,17 +18,6 @@ namespace Fuzz {
 
 inline std::string_view text(const uint8_t* data, size_t size) {
     return {reinterpret_cast<const char*>(data), size};
-}
-
-// The pieces of `text` between the separators, empty pieces kept.
-inline std::vector<std::string_view> split(std::string_view text, char separator) {
-    std::vector<std::string_view> pieces;
-    for (size_t start = 0;;) {
-        const size_t end = text.find(separator, start);
-        pieces.push_back(text.substr(start, end == std::string_view::npos ? std::string_view::npos : end - start));
-        if (end == std::string_view::npos) return pieces;
-        start = end + 1;
-    }
 }
 
 // Aborts, so libFuzzer keeps the input, when what must hold does not.

@@ -10,7 +10,7 @@
 #include "VeskParse/Parser.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const auto pieces = Fuzz::split(Fuzz::text(data, size), '\0');
+    const auto pieces = Text::split(Fuzz::text(data, size), '\0');
     // Place names reach the grammar from the store, which holds valid UTF-8 only.
     std::vector<std::string> places;
     for (size_t i = 1; i < pieces.size(); ++i) places.push_back(Text::repairUtf8(pieces[i]));
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string title = parser.parse(pieces[0], Fuzz::now()).capture.title;
     Fuzz::check(Fuzz::validUtf8(title), "the title is valid UTF-8");
     Fuzz::check(title.size() <= sentence.size(), "the title is no longer than the sentence");
-    for (std::string_view word : Fuzz::split(title, ' '))
+    for (std::string_view word : Text::split(title, ' '))
         Fuzz::check(sentence.find(word) != std::string::npos, "every word of the title is in the sentence");
     return 0;
 }

@@ -7,7 +7,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     NagSettings settings;
-    for (std::string_view line : Fuzz::split(Fuzz::text(data, size), '\n')) {
+    for (std::string_view line : Text::split(Fuzz::text(data, size), '\n')) {
         const size_t equals = line.find('=');
         if (equals == std::string_view::npos) continue;
         const NagSettings before = settings;
