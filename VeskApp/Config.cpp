@@ -50,20 +50,23 @@ std::variant<Config, std::string> Config::parse(std::string_view text) {
             config.defaultList = value;
         } else if (key == "ignored-lists") {
             config.ignoredLists = names(value);
-        } else if (key == "model-url") {
+        } else if (key == "model-url" || key == "geocoder-url") {
             if (!value.starts_with("http://") && !value.starts_with("https://"))
-                return problem("model-url is an http:// or https:// address, not \u201c" + value + "\u201d");
+                return problem(key + " is an http:// or https:// address, not \u201c" + value + "\u201d");
             while (value.ends_with('/')) value.pop_back();
-            config.modelUrl = value;
+            if (key == "model-url")
+                config.modelUrl = value;
+            else
+                config.geocoderUrl = value;
         } else if (key == "model-name") {
             if (value.empty()) return problem("model-name needs a name");
             config.modelName = value;
-        } else if (key == "model-timeout") {
+        } else if (key == "model-timeout" || key == "geocoder-timeout") {
             char* end = nullptr;
             const double seconds = std::strtod(value.c_str(), &end);
             if (value.empty() || end != value.c_str() + value.size() || !(seconds > 0 && seconds <= 600))
-                return problem("model-timeout is a number of seconds above 0 and up to 600, not \u201c" + value + "\u201d");
-            config.modelTimeout = seconds;
+                return problem(key + " is a number of seconds above 0 and up to 600, not \u201c" + value + "\u201d");
+            (key == "model-timeout" ? config.modelTimeout : config.geocoderTimeout) = seconds;
         } else {
             return problem("unknown key \u201c" + key + "\u201d");
         }

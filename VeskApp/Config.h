@@ -16,6 +16,9 @@ struct Config {
     std::optional<std::string> modelUrl;     // model-url: a local model server's API base; absent, no model
     std::optional<std::string> modelName;    // model-name: the model the server is asked for
     double modelTimeout = 8;                 // model-timeout: seconds the app waits for a reading
+    // geocoder-url: the base of a service that answers /search as OpenStreetMap's Nominatim does.
+    std::string geocoderUrl = "https://nominatim.openstreetmap.org";
+    double geocoderTimeout = 10;  // geocoder-timeout: seconds an address search may take
 
     bool operator==(const Config&) const = default;
 

@@ -10,8 +10,11 @@ std::string shown(const std::variant<Config, std::string>& result) {
     std::string text = config.deviceName.value_or("-") + "|" + (config.relayOnly ? "relay" : "alerts") + "|" +
                        config.defaultList.value_or("-") + "|";
     for (const auto& name : config.ignoredLists) text += name + ";";
-    if (config.modelUrl) text += "|" + *config.modelUrl + " " + config.modelName.value_or("-") + " " +
-                                 std::to_string(config.modelTimeout);
+    if (config.modelUrl)
+        text +=
+            "|" + *config.modelUrl + " " + config.modelName.value_or("-") + " " + std::to_string(config.modelTimeout);
+    if (config.geocoderUrl != Config{}.geocoderUrl || config.geocoderTimeout != Config{}.geocoderTimeout)
+        text += "|" + config.geocoderUrl + " " + std::to_string(config.geocoderTimeout);
     return text;
 }
 
@@ -27,10 +30,17 @@ TEST(Config, LinesOfKeysAndValues) {
         {"device-name =\n", "config:1: device-name needs a name"},
         {"model-url = http://127.0.0.1:8080/v1/\nmodel-name = qwen\nmodel-timeout = 2.5\n",
          "-|alerts|-||http://127.0.0.1:8080/v1 qwen 2.500000"},
-        {"model-url = 127.0.0.1:8080\n", "config:1: model-url is an http:// or https:// address, not \u201c127.0.0.1:8080\u201d"},
-        {"model-timeout = 0\n", "config:1: model-timeout is a number of seconds above 0 and up to 600, not \u201c0\u201d"},
-        {"model-timeout = 8s\n", "config:1: model-timeout is a number of seconds above 0 and up to 600, not \u201c8s\u201d"},
-        {"model-timeout = nan\n", "config:1: model-timeout is a number of seconds above 0 and up to 600, not \u201cnan\u201d"},
+        {"model-url = 127.0.0.1:8080\n",
+         "config:1: model-url is an http:// or https:// address, not \u201c127.0.0.1:8080\u201d"},
+        {"model-timeout = 0\n",
+         "config:1: model-timeout is a number of seconds above 0 and up to 600, not \u201c0\u201d"},
+        {"model-timeout = 8s\n",
+         "config:1: model-timeout is a number of seconds above 0 and up to 600, not \u201c8s\u201d"},
+        {"geocoder-url = http://localhost:7070/\ngeocoder-timeout = 3\n", "-|alerts|-||http://localhost:7070 3.000000"},
+        {"geocoder-timeout = -1\n",
+         "config:1: geocoder-timeout is a number of seconds above 0 and up to 600, not \u201c-1\u201d"},
+        {"model-timeout = nan\n",
+         "config:1: model-timeout is a number of seconds above 0 and up to 600, not \u201cnan\u201d"},
     };
     for (const auto& [text, expected] : cases) EXPECT_EQ(shown(Config::parse(text)), expected) << text;
 }

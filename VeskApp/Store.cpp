@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <iostream>
 
 #include <nlohmann/json.hpp>
@@ -31,6 +32,20 @@ CREATE TABLE reminders (
 CREATE TABLE places (key TEXT PRIMARY KEY, place TEXT NOT NULL);
 CREATE TABLE facts (name TEXT PRIMARY KEY, value TEXT NOT NULL);
 )";
+
+// What each version adds to the one before: migrations[v - 1] takes a store from v to v + 1.
+const char* const migrations[] = {
+    R"(
+CREATE TABLE presence (key TEXT PRIMARY KEY, inside INTEGER NOT NULL, since REAL NOT NULL);
+CREATE TABLE geocoded (
+    search TEXT PRIMARY KEY,
+    latitude REAL NOT NULL,
+    longitude REAL NOT NULL,
+    address TEXT NOT NULL,
+    at REAL NOT NULL);
+)",
+};
+static_assert(std::size(migrations) == Store::schemaVersion - 1);
 
 std::string compact(const Json& json) {
     auto text = JsonText::compact(json);
@@ -125,6 +140,7 @@ void Store::open(Database::Mode mode) {
         // First run: the schema, the default list, the settings' defaults and this device.
         Database::Transaction transaction(*database_);
         database_->execute(schema);
+        for (const char* migration : migrations) database_->execute(migration);
         StoreData first;
         StoredList list{Uuid::random().text(), "Reminders", false};
         first.lists[list.id] = list;
@@ -133,10 +149,23 @@ void Store::open(Database::Mode mode) {
         save(StoreData{}, first);
         database_->execute("PRAGMA user_version = " + std::to_string(schemaVersion));
         transaction.commit();
+        data_ = load(schemaVersion);
+        return;
     }
-    auto data = load();
-    if (version != 0 && mode == Database::Mode::readWrite) writeThrough();
+    auto data = load(version);
+    if (mode == Database::Mode::readWrite) {
+        writeThrough();
+        if (version < schemaVersion) migrate(version);
+    }
     data_ = std::move(data);
+}
+
+// Brings an older store up to this version in one transaction: all of it or nothing.
+void Store::migrate(int64_t from) {
+    Database::Transaction transaction(*database_);
+    for (int64_t version = from; version < schemaVersion; ++version) database_->execute(migrations[version - 1]);
+    database_->execute("PRAGMA user_version = " + std::to_string(schemaVersion));
+    transaction.commit();
 }
 
 // Every change is written through to the disk before it counts as made.
@@ -146,7 +175,7 @@ void Store::writeThrough() {
     database_->execute("PRAGMA foreign_keys=ON");
 }
 
-std::shared_ptr<StoreData> Store::load() {
+std::shared_ptr<StoreData> Store::load(int64_t version) {
     auto data = std::make_shared<StoreData>();
     for (Statement rows = database_->prepare("SELECT id, name, ignored FROM lists"); rows.step();)
         data->lists[rows.text(0)] = StoredList{rows.text(0), rows.text(1), rows.integer(2) != 0};
@@ -180,6 +209,14 @@ std::shared_ptr<StoreData> Store::load() {
         } else {
             skipped("place");
         }
+    }
+
+    if (version >= 2) {
+        for (Statement rows = database_->prepare("SELECT key, inside, since FROM presence"); rows.step();)
+            data->presence[rows.text(0)] = Presence{rows.integer(1) != 0, Date{rows.real(2)}};
+        Statement found = database_->prepare("SELECT search, latitude, longitude, address, at FROM geocoded");
+        while (found.step())
+            data->geocoded[found.text(0)] = Geocoded{found.real(1), found.real(2), found.text(3), Date{found.real(4)}};
     }
 
     for (Statement facts = database_->prepare("SELECT name, value FROM facts"); facts.step();) {
@@ -267,6 +304,25 @@ void Store::save(const StoreData& before, const StoreData& after) {
              "INSERT INTO places (key, place) VALUES (?1, ?2) ON CONFLICT (key) DO UPDATE SET place = ?2",
              "DELETE FROM places WHERE key = ?1", [](Statement& statement, const std::string& key, const Place& place) {
                  statement.bind(1, key).bind(2, compact(place.toJson()));
+             });
+
+    saveEach(before.presence, after.presence,
+             "INSERT INTO presence (key, inside, since) VALUES (?1, ?2, ?3) "
+             "ON CONFLICT (key) DO UPDATE SET inside = ?2, since = ?3",
+             "DELETE FROM presence WHERE key = ?1",
+             [](Statement& statement, const std::string& key, const Presence& presence) {
+                 statement.bind(1, key).bind(2, int64_t{presence.inside}).bind(3, presence.since.seconds);
+             });
+    saveEach(before.geocoded, after.geocoded,
+             "INSERT INTO geocoded (search, latitude, longitude, address, at) VALUES (?1, ?2, ?3, ?4, ?5) "
+             "ON CONFLICT (search) DO UPDATE SET latitude = ?2, longitude = ?3, address = ?4, at = ?5",
+             "DELETE FROM geocoded WHERE search = ?1",
+             [](Statement& statement, const std::string& search, const Geocoded& found) {
+                 statement.bind(1, search)
+                     .bind(2, found.latitude)
+                     .bind(3, found.longitude)
+                     .bind(4, found.address)
+                     .bind(5, found.at.seconds);
              });
 
     auto fact = [&](const char* name, const std::string& value) {

@@ -45,6 +45,24 @@ struct DeviceRecord {
     bool operator==(const DeviceRecord&) const = default;
 };
 
+// Whether the user is inside a place, and since when: what the app last made of the position.
+struct Presence {
+    bool inside = false;
+    Date since;
+
+    bool operator==(const Presence&) const = default;
+};
+
+// The answer to an address search, kept so that the same search doesn't ask the service again.
+struct Geocoded {
+    double latitude = 0;
+    double longitude = 0;
+    std::string address;
+    Date at;  // when the service gave it
+
+    bool operator==(const Geocoded&) const = default;
+};
+
 // Everything the store holds.
 struct StoreData {
     std::map<std::string, StoredReminder> reminders;  // by key
@@ -53,7 +71,9 @@ struct StoreData {
     std::map<std::string, Place> places;              // by Place::key of the name
     NagSettings settings;
     DeviceRecord device;
-    std::optional<Date> deliveredUpTo;  // alerts up to this moment have gone out
+    std::optional<Date> deliveredUpTo;         // alerts up to this moment have gone out
+    std::map<std::string, Presence> presence;  // by place key, while places are watched
+    std::map<std::string, Geocoded> geocoded;  // by the search, trimmed and lower-cased
 
     bool operator==(const StoreData&) const = default;
 };
@@ -63,7 +83,7 @@ struct StoreData {
 // before `change` returns: what it returned is on disk.
 class Store {
 public:
-    static constexpr int64_t schemaVersion = 1;
+    static constexpr int64_t schemaVersion = 2;
 
     // Opens the database, creating it (and its directory) on first use. A store that can't
     // be opened stays unavailable and says why; it never changes a file it can't read.
@@ -86,8 +106,9 @@ public:
 
 private:
     void open(Database::Mode mode);
+    void migrate(int64_t from);
     void writeThrough();
-    std::shared_ptr<StoreData> load();
+    std::shared_ptr<StoreData> load(int64_t version);
     void save(const StoreData& before, const StoreData& after);
 
     std::string path_;

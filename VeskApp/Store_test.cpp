@@ -76,6 +76,8 @@ TEST_F(StoreTest, WhatAChangeSavedIsThereAfterReopening) {
             data.settings.nightWindow.reset();
             data.deliveredUpTo = Date{800000200.25};
             data.device.lastActive = Date{800000300};
+            data.presence["home"] = Presence{true, Date{800000250.5}};
+            data.geocoded["1 main st"] = Geocoded{52.37022, 4.89517, "1 Main St, Amsterdam", Date{800000000}};
         });
         saved = *store.change([](StoreData& data) { data.reminders.begin()->second.completed = true; });
     }
@@ -127,6 +129,23 @@ TEST_F(StoreTest, FilesItCannotUseAreLeftAsTheyAre) {
         EXPECT_THROW(store.change([](StoreData&) {}), WireError);
         EXPECT_EQ(bytes(path), contents) << reason;
     }
+}
+
+TEST_F(StoreTest, AStoreOfTheFirstVersionIsBroughtUpToDateWithItsDataKept) {
+    {
+        Store store(path);
+        store.change([](StoreData& data) { data.places["home"] = Place{"p1", "Home", 52.37022, 4.89517, 150, {}}; });
+    }
+    {
+        Database first(path, Database::Mode::readWrite);
+        first.execute("DROP TABLE presence; DROP TABLE geocoded; PRAGMA user_version = 1");
+    }
+    Store store(path);
+    ASSERT_FALSE(store.failure()) << *store.failure();
+    EXPECT_EQ(store.data()->places.at("home").name, "Home");
+    store.change([](StoreData& data) { data.presence["home"] = Presence{true, Date{1}}; });
+    EXPECT_EQ(Database(path, Database::Mode::readOnly).pragma("user_version"), Store::schemaVersion);
+    EXPECT_TRUE(Store(path).data()->presence.at("home").inside);
 }
 
 TEST_F(StoreTest, ReadingOnlyCreatesNothing) {
