@@ -30,7 +30,7 @@ int progress(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
     return static_cast<Transfer*>(user)->stop.stop_requested() ? 1 : 0;
 }
 
-Result perform(const std::string& url, const std::string* body, double timeoutSeconds, std::stop_token stop) {
+Result perform(const std::string& url, const std::string* body, const Options& options, std::stop_token stop) {
     static std::once_flag initialized;
     std::call_once(initialized, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
     std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> curl(curl_easy_init(), curl_easy_cleanup);
@@ -40,8 +40,9 @@ Result perform(const std::string& url, const std::string* body, double timeoutSe
     CURL* handle = curl.get();
     curl_easy_setopt(handle, CURLOPT_URL, url.c_str());
     curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(handle, CURLOPT_NOPROXY, "*");
-    curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(timeoutSeconds * 1000));
+    if (!options.throughProxy) curl_easy_setopt(handle, CURLOPT_NOPROXY, "*");
+    if (!options.userAgent.empty()) curl_easy_setopt(handle, CURLOPT_USERAGENT, options.userAgent.c_str());
+    curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(options.timeoutSeconds * 1000));
     curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, collect);
     curl_easy_setopt(handle, CURLOPT_WRITEDATA, &transfer);
     curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 0L);
@@ -66,12 +67,16 @@ Result perform(const std::string& url, const std::string* body, double timeoutSe
 
 }  // namespace
 
+Result get(const std::string& url, const Options& options, std::stop_token stop) {
+    return perform(url, nullptr, options, stop);
+}
+
 Result get(const std::string& url, double timeoutSeconds, std::stop_token stop) {
-    return perform(url, nullptr, timeoutSeconds, stop);
+    return perform(url, nullptr, Options{timeoutSeconds, "", false}, stop);
 }
 
 Result postJson(const std::string& url, const std::string& body, double timeoutSeconds, std::stop_token stop) {
-    return perform(url, &body, timeoutSeconds, stop);
+    return perform(url, &body, Options{timeoutSeconds, "", false}, stop);
 }
 
 }  // namespace Http

@@ -5,9 +5,16 @@
 #include <string>
 #include <variant>
 
-// Plain HTTP to a server on this machine, through libcurl: no signals, no proxies, a total
-// time-out, and given up as soon as `stop` is requested.
+// HTTP through libcurl: no signals, a total time-out, and given up as soon as `stop` is
+// requested. Servers on this machine are reached directly; others through the proxy the
+// environment names, if any.
 namespace Http {
+
+struct Options {
+    double timeoutSeconds = 10;
+    std::string userAgent;      // none when empty
+    bool throughProxy = false;  // whether the environment's proxy settings apply
+};
 
 struct Answer {
     long status = 0;
@@ -20,6 +27,7 @@ using Result = std::variant<Answer, std::string>;
 // At most this much of an answer is read; a larger one is an error.
 inline constexpr size_t answerLimit = 4 * 1024 * 1024;
 
+Result get(const std::string& url, const Options& options, std::stop_token stop = {});
 Result get(const std::string& url, double timeoutSeconds, std::stop_token stop = {});
 Result postJson(const std::string& url, const std::string& body, double timeoutSeconds, std::stop_token stop = {});
 
