@@ -25,11 +25,14 @@
 
 #include "Platform/Text.h"
 #include "VeskApp/Activity.h"
+#include "VeskApp/GeoClue.h"
+#include "VeskApp/Geocoder.h"
 #include "VeskApp/Handler.h"
 #include "VeskApp/LocalModel.h"
 #include "VeskApp/Loop.h"
 #include "VeskApp/Nagging.h"
 #include "VeskApp/Notifier.h"
+#include "VeskApp/PlaceWatch.h"
 #include "VeskApp/SessionIdle.h"
 #include "VeskApp/Store.h"
 #include "VeskApp/UserCalendar.h"
@@ -41,6 +44,8 @@ namespace {
 
 // How long after a change the app plans again: short beside the minutes alerts are apart.
 constexpr long settleNanoseconds = 50'000'000;
+// How long `vesk places add --here` waits for a position.
+constexpr std::chrono::seconds hereLimit{15};
 
 // A descriptor closed with its owner.
 struct Descriptor {
@@ -149,15 +154,30 @@ int serve(const Options& options) {
     auto signalChange = [fd = changed.fd] { eventfd_write(fd, 1); };
     std::atomic<bool> notificationsAvailable{false};
 
-    Handler::World world{[] { return Date::now(); }, [&] { return calendar.get(); },
-                         [&] { return notificationsAvailable ? "granted" : "unavailable"; }, signalChange,
-                         nullptr, {}, {}};
+    Handler::World world{[] { return Date::now(); },
+                         [&] { return calendar.get(); },
+                         [&] { return notificationsAvailable ? "granted" : "unavailable"; },
+                         signalChange,
+                         nullptr,
+                         {},
+                         {},
+                         {},
+                         {}};
     if (config.modelUrl) {
         auto model = std::make_shared<LocalModel>(*config.modelUrl, config.modelName.value_or(""), config.modelTimeout);
         world.model = model;
         world.modelTimeout = std::chrono::milliseconds(static_cast<int64_t>(config.modelTimeout * 1000));
         world.modelStatus = [model] { return model->status(); };
     }
+    auto geocoder = std::make_shared<Geocoder>(config.geocoderUrl, config.geocoderTimeout);
+    world.geocode = [geocoder](const std::string& search) { return geocoder->search(search); };
+    world.here = [] {
+        auto located = GeoClue::locate(hereLimit);
+        if (auto* problem = std::get_if<GeoClue::Problem>(&located))
+            throw WireError{problem->refused ? WireError::Code::permission : WireError::Code::unreachable,
+                            problem->message};
+        return std::get<Fix>(located);
+    };
     Handler handler(store, config, activity, world);
 
     InFlight inFlight;
@@ -201,6 +221,7 @@ int serve(const Options& options) {
     SessionIdle idle(signalChange);
     idle.connect();
     Nagging nagging(store, config, activity, calendar, notifier, idle, options.verbose);
+    PlaceWatch places(store, config, activity, calendar, signalChange, options.verbose);
 
     Descriptor timer(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK));
     Descriptor zone(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
@@ -244,6 +265,7 @@ int serve(const Options& options) {
         notificationsAvailable = notifier.available();
     });
     loop.watch(idle.bus(), [&] { idle.process(); });
+    loop.watch(places.bus(), [&] { places.process(); });
 
     for (replan = true; running;) {
         if (replan) {
@@ -254,6 +276,7 @@ int serve(const Options& options) {
                 timerfd_settime(timer.fd, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &setting, nullptr);
                 armed = next;
             }
+            places.update(Date::now());
             notificationsAvailable = notifier.available();
             replan = false;
             woken.reset();

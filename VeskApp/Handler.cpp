@@ -67,6 +67,15 @@ SettingsDTO settingsDTO(const NagSettings& settings) {
             settings.get(Field::dateOnlyHour), settings.nightWindow ? settings.nightWindow->text() : "off"};
 }
 
+// Address searches answered and kept; beyond this, the oldest answers go.
+constexpr size_t geocodedLimit = 1000;
+
+void keepNewest(std::map<std::string, Geocoded>& answers, size_t limit) {
+    while (answers.size() > limit)
+        answers.erase(std::min_element(answers.begin(), answers.end(),
+                                       [](const auto& a, const auto& b) { return a.second.at < b.second.at; }));
+}
+
 constexpr size_t sentenceLimit = 10000;  // characters of a sentence to read as a reminder
 constexpr size_t wordsLimit = 1000;      // characters of a reference, a name, a time or a setting
 
@@ -91,8 +100,9 @@ void refuseOversized(const Request& request) {
         },
         request.value);
     if (!fits)
-        throw invalid("That is more than Vesk reads: a reminder takes at most 10,000 characters, and a number, "
-                      "name or time at most 1,000.");
+        throw invalid(
+            "That is more than Vesk reads: a reminder takes at most 10,000 characters, and a number, "
+            "name or time at most 1,000.");
 }
 
 }  // namespace
@@ -112,7 +122,7 @@ Response Handler::answer(const Request& request) {
             if constexpr (std::is_same_v<R, Request::Done>) return done(value.ref, moment);
             if constexpr (std::is_same_v<R, Request::Snooze>) return snooze(value, moment);
             if constexpr (std::is_same_v<R, Request::Delete>) return remove(value.ref, moment);
-            if constexpr (std::is_same_v<R, Request::AddPlace>) return addPlace(value);
+            if constexpr (std::is_same_v<R, Request::AddPlace>) return addPlace(value, moment);
             if constexpr (std::is_same_v<R, Request::RemovePlace>) return removePlace(value.name);
             if constexpr (std::is_same_v<R, Request::SetSetting>) return setSetting(value);
             if constexpr (std::is_same_v<R, Request::Lists>) return lists();
@@ -284,24 +294,50 @@ Response Handler::remove(const std::string& reference, const Moment& moment) {
     return response;
 }
 
-Response Handler::addPlace(const Request::AddPlace& add) {
+Response Handler::addPlace(const Request::AddPlace& add, const Moment& moment) {
     const std::string key = Place::key(add.name);
     if (key.empty()) throw invalid("A place needs a name, like home or office.");
-    auto coordinates = add.search ? Coordinates::fromText(*add.search) : std::nullopt;
-    if (!coordinates)
-        throw invalid("Vesk understands a place only as coordinates so far, like --at \"52.37022, 4.89517\".");
     const double radius = add.radius.value_or(Place::defaultRadius);
     if (!(radius > 0 && radius <= 1e7)) throw invalid("A place's radius is a number of meters above 0.");
-    Place place;
+
+    Place place{"", Text::trimWhitespaceAndNewlines(add.name), 0, 0, radius, std::nullopt};
+    std::optional<std::pair<std::string, Geocoded>> answer;  // a fresh answer of the geocoder, to keep
+    const std::string search = Text::trimWhitespaceAndNewlines(add.search.value_or(""));
+    if (add.here) {
+        if (!world_.here) throw WireError{WireError::Code::unreachable, "Vesk can't tell where this computer is."};
+        const Fix fix = world_.here();
+        place.latitude = fix.latitude;
+        place.longitude = fix.longitude;
+    } else if (search.empty()) {
+        throw invalid("Give an address or a place to search for, like --at \"1 Main St, Springfield\", or --here.");
+    } else if (auto coordinates = Coordinates::fromText(search)) {
+        place.latitude = coordinates->latitude;
+        place.longitude = coordinates->longitude;
+    } else {
+        const std::string searchKey = Geocoder::searchKey(search);
+        auto data = store_.data();
+        auto cached = data->geocoded.find(searchKey);
+        if (cached == data->geocoded.end()) {
+            if (!world_.geocode) throw WireError{WireError::Code::unreachable, "Vesk can't look up addresses."};
+            const Geocoder::Found found = world_.geocode(search);
+            answer.emplace(searchKey, Geocoded{found.latitude, found.longitude, found.address, moment.now});
+        }
+        const Geocoded& found = answer ? answer->second : cached->second;
+        place.latitude = found.latitude;
+        place.longitude = found.longitude;
+        place.address = found.address;
+    }
+
     auto saved = change([&](StoreData& data) {
         auto existing = data.places.find(key);
-        place = Place{existing != data.places.end() ? existing->second.id : Uuid::random().text(),
-                      Text::trimWhitespaceAndNewlines(add.name),
-                      coordinates->latitude,
-                      coordinates->longitude,
-                      radius,
-                      std::nullopt};
+        place.id = existing != data.places.end() ? existing->second.id : Uuid::random().text();
         data.places[key] = place;
+        // Where the user was, as to the place's old outline, says nothing of the new one.
+        data.presence.erase(key);
+        if (answer) {
+            data.geocoded[answer->first] = answer->second;
+            keepNewest(data.geocoded, geocodedLimit);
+        }
     });
     Response response;
     response.places = std::vector{placeDTO(place, *saved)};
@@ -318,6 +354,7 @@ Response Handler::removePlace(const std::string& name) {
                            ". `vesk places` shows them.");
         removed = placeDTO(place->second, data);
         data.places.erase(place);
+        data.presence.erase(key);
     });
     Response response;
     response.places = std::vector{*removed};
@@ -375,10 +412,9 @@ Response Handler::doctor() {
         doctor.remindersAccess = "full";
         doctor.defaultList = defaultListName(*data, config_);
         for (const auto& [id, list] : data->lists) {
-            bool named = std::any_of(doctor.ignoredLists.begin(), doctor.ignoredLists.end(),
-                                     [&listName = list.name](const std::string& name) {
-                                         return Text::equalsIgnoringCase(name, listName);
-                                     });
+            bool named = std::any_of(
+                doctor.ignoredLists.begin(), doctor.ignoredLists.end(),
+                [&listName = list.name](const std::string& name) { return Text::equalsIgnoringCase(name, listName); });
             if (list.ignored && !named) doctor.ignoredLists.push_back(list.name);
         }
         doctor.reminders = static_cast<int64_t>(Planning::items(*data, config_).size());

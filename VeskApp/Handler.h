@@ -10,7 +10,9 @@
 #include "Platform/Date.h"
 #include "VeskApp/Activity.h"
 #include "VeskApp/Config.h"
+#include "VeskApp/Geocoder.h"
 #include "VeskApp/Planning.h"
+#include "VeskApp/Regions.h"
 #include "VeskApp/Store.h"
 #include "VeskIPC/Wire.h"
 #include "VeskParse/ModelReading.h"
@@ -29,6 +31,9 @@ public:
         std::shared_ptr<const LanguageModelParsing> model;
         std::chrono::milliseconds modelTimeout{0};
         std::function<std::string()> modelStatus;  // doctor's "model"; "off" when absent
+        // Where this machine is, and where an address is; both throw WireError when they can't say.
+        std::function<Fix()> here;
+        std::function<Geocoder::Found(const std::string& search)> geocode;
     };
 
     Handler(Store& store, Config config, Activity& activity, World world);
@@ -52,7 +57,7 @@ private:
     Response done(const std::string& reference, const Moment& moment);
     Response snooze(const Request::Snooze& snooze, const Moment& moment);
     Response remove(const std::string& reference, const Moment& moment);
-    Response addPlace(const Request::AddPlace& add);
+    Response addPlace(const Request::AddPlace& add, const Moment& moment);
     Response removePlace(const std::string& name);
     Response setSetting(const Request::SetSetting& set);
     Response lists();

@@ -46,13 +46,19 @@ std::vector<NagItem> items(const StoreData& data, const Config& config) {
 
 PlanContext context(const StoreData& data, const Device& me, Date now, const Calendar& calendar, double horizon,
                     int64_t limit) {
+    std::map<std::string, bool> inside;
+    std::map<std::string, Date> arrivedAt;
+    for (const auto& [key, presence] : data.presence) {
+        inside[key] = presence.inside;
+        if (presence.inside) arrivedAt[key] = presence.since;
+    }
     return PlanContext{.now = now,
                        .calendar = calendar,
                        .settings = data.settings,
                        .me = me,
                        .devices = {me},
-                       .inside = {},
-                       .arrivedAt = {},
+                       .inside = std::move(inside),
+                       .arrivedAt = std::move(arrivedAt),
                        .horizon = horizon,
                        .limit = limit,
                        .activeWindow = PlanContext::defaultActiveWindow};
