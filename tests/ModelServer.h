@@ -1,10 +1,10 @@
 #pragma once
 
 #include <atomic>
-#include <mutex>
+#include <optional>
 #include <string>
-#include <thread>
-#include <vector>
+
+#include "LoopbackServer.h"
 
 // A scripted local model server on a loopback port, for the app to ask: /health and
 // /v1/models answer as `health` says, /v1/chat/completions as `way` says.
@@ -13,22 +13,15 @@ public:
     enum class Way { reads, slow, garbage, closes };
     // `reading`: the JSON object the model reads sentences into.
     explicit ModelServer(std::string reading);
-    ~ModelServer();
-    ModelServer(const ModelServer&) = delete;
-    ModelServer& operator=(const ModelServer&) = delete;
 
-    std::string url() const;  // http://127.0.0.1:PORT/v1
+    std::string url() const { return server_.origin() + "/v1"; }
     std::atomic<Way> way{Way::reads};
     std::atomic<int> health{200};
     std::atomic<int> readings{0};  // chat requests received
 
 private:
-    void serve(int peer);
+    std::optional<LoopbackServer::Reply> answer(const std::string& request);
 
     std::string reading_;
-    int listener_ = -1;
-    int port_ = 0;
-    std::thread acceptor_;
-    std::mutex lock_;  // guards peers_
-    std::vector<std::thread> peers_;
+    LoopbackServer server_;  // last: it calls `answer` until it is gone
 };

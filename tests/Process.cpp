@@ -19,6 +19,9 @@ std::map<std::string, std::string> testEnvironment() {
         {"LANG", "en_US.UTF-8"},
         {"PATH", "/usr/local/bin:/usr/bin:/bin"},
         {"COLUMNS", "80"},
+        // Never the machine's system bus, with its location service and logind: a test that
+        // wants one starts its own.
+        {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/vesk-tests/system_bus_socket"},
     };
 }
 

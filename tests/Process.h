@@ -14,7 +14,7 @@ struct ProcessResult {
 };
 
 // A small, fixed environment: TZ=Europe/Amsterdam, LANG=en_US.UTF-8, PATH of the system,
-// COLUMNS=80. Tests add or replace variables from here.
+// COLUMNS=80, and a system bus that isn't there. Tests add or replace variables from here.
 std::map<std::string, std::string> testEnvironment();
 
 // Runs `argv` (argv[0] is the program's path) with exactly `environment`, its standard input

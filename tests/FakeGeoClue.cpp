@@ -1,0 +1,349 @@
+#include "FakeGeoClue.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <condition_variable>
+#include <cstddef>
+#include <cstring>
+#include <limits>
+#include <list>
+#include <map>
+#include <mutex>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include <systemd/sd-bus.h>
+
+namespace {
+
+const char* const service = "org.freedesktop.GeoClue2";
+const char* const managerPath = "/org/freedesktop/GeoClue2/Manager";
+const char* const managerInterface = "org.freedesktop.GeoClue2.Manager";
+const char* const clientInterface = "org.freedesktop.GeoClue2.Client";
+const char* const locationInterface = "org.freedesktop.GeoClue2.Location";
+
+// What a Location object shows; unknown altitude, speed and heading read as GeoClue2 has them.
+struct Fix {
+    double latitude = 0, longitude = 0, accuracy = 0;
+    uint64_t seconds = 0, microseconds = 0;
+    double altitude = std::numeric_limits<double>::lowest(), speed = -1, heading = -1;
+};
+
+// A client object; it stops being served when this goes.
+struct Client {
+    Client() = default;
+    Client(const Client&) = delete;
+    ~Client() { sd_bus_slot_unref(slot); }
+
+    std::string path, owner, desktopId, location = "/";
+    uint32_t distanceThreshold = 0, timeThreshold = 0, accuracyLevel = 0;
+    bool active = false, silent = false;
+    int fixes = 0;  // Location objects made for it so far, which names the next one
+    sd_bus_slot* slot = nullptr;
+};
+
+}  // namespace
+
+struct FakeGeoClueState {
+    explicit FakeGeoClueState(std::atomic<FakeGeoClue::Mode>& mode) : mode(mode) {}
+    ~FakeGeoClueState() {
+        clients.clear();  // their slots hold the bus; the manager's and the locations' go with it
+        sd_bus_flush_close_unref(bus);
+        if (wake >= 0) close(wake);
+    }
+
+    std::atomic<FakeGeoClue::Mode>& mode;
+    sd_bus* bus = nullptr;
+    int wake = -1;    // eventfd through which moveTo and the destructor wake the bus thread
+    std::mutex lock;  // guards what follows, and the bus while the bus thread works it
+    std::condition_variable changed;
+    uint64_t rounds = 0;  // passes of the bus thread, for waitFor
+    bool ending = false, moved = false, located = false;
+    Fix position;
+    int clientsEver = 0;
+    std::map<std::string, Client> clients;  // by path
+    // One per Location object, in a list since the objects point into it.
+    std::list<Fix> fixes;
+    int startsEver = 0, fixesSent = 0;
+    std::string desktopId;
+    uint32_t accuracyLevel = 0;
+};
+
+namespace {
+
+FakeGeoClueState& stateOf(void* userdata) { return *static_cast<FakeGeoClueState*>(userdata); }
+
+int locationString(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void* userdata,
+                   sd_bus_error*) {
+    auto* fix = static_cast<Fix*>(userdata);
+    if (std::string_view(property) == "Timestamp")
+        return sd_bus_message_append(reply, "(tt)", fix->seconds, fix->microseconds);
+    return sd_bus_message_append(reply, "s", "");  // Description
+}
+
+const sd_bus_vtable locationVtable[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_PROPERTY("Latitude", "d", nullptr, offsetof(Fix, latitude), SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Longitude", "d", nullptr, offsetof(Fix, longitude), SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Accuracy", "d", nullptr, offsetof(Fix, accuracy), SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Altitude", "d", nullptr, offsetof(Fix, altitude), SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Speed", "d", nullptr, offsetof(Fix, speed), SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Heading", "d", nullptr, offsetof(Fix, heading), SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Description", "s", locationString, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_PROPERTY("Timestamp", "(tt)", locationString, 0, SD_BUS_VTABLE_PROPERTY_CONST),
+    SD_BUS_VTABLE_END,
+};
+
+// Puts the current position in a new Location object of `client` and says so.
+void sendFix(FakeGeoClueState& s, Client& client) {
+    std::string path = client.path + "/Location/" + std::to_string(client.fixes++);
+    Fix& fix = s.fixes.emplace_back(s.position);
+    if (sd_bus_add_object_vtable(s.bus, nullptr, path.c_str(), locationInterface, locationVtable, &fix) < 0) return;
+    std::string old = std::exchange(client.location, path);
+    ++s.fixesSent;
+    sd_bus_emit_signal(s.bus, client.path.c_str(), clientInterface, "LocationUpdated", "oo", old.c_str(), path.c_str());
+    sd_bus_emit_properties_changed(s.bus, client.path.c_str(), clientInterface, "Location", nullptr);
+}
+
+int clientProperty(sd_bus*, const char* path, const char*, const char* property, sd_bus_message* reply, void* userdata,
+                   sd_bus_error*) {
+    Client& c = stateOf(userdata).clients.at(path);
+    std::string_view name = property;
+    if (name == "Location") return sd_bus_message_append(reply, "o", c.location.c_str());
+    if (name == "DistanceThreshold") return sd_bus_message_append(reply, "u", c.distanceThreshold);
+    if (name == "TimeThreshold") return sd_bus_message_append(reply, "u", c.timeThreshold);
+    if (name == "DesktopId") return sd_bus_message_append(reply, "s", c.desktopId.c_str());
+    if (name == "RequestedAccuracyLevel") return sd_bus_message_append(reply, "u", c.accuracyLevel);
+    return sd_bus_message_append(reply, "b", c.active);  // Active
+}
+
+int setClientProperty(sd_bus*, const char* path, const char*, const char* property, sd_bus_message* value,
+                      void* userdata, sd_bus_error*) {
+    FakeGeoClueState& s = stateOf(userdata);
+    Client& c = s.clients.at(path);
+    std::string_view name = property;
+    if (name == "DesktopId") {
+        const char* id = nullptr;
+        int r = sd_bus_message_read(value, "s", &id);
+        if (r >= 0) c.desktopId = s.desktopId = id;
+        return r;
+    }
+    uint32_t number = 0;
+    int r = sd_bus_message_read(value, "u", &number);
+    if (r < 0) return r;
+    if (name == "DistanceThreshold") c.distanceThreshold = number;
+    if (name == "TimeThreshold") c.timeThreshold = number;
+    if (name == "RequestedAccuracyLevel") c.accuracyLevel = s.accuracyLevel = number;
+    return 0;
+}
+
+int start(sd_bus_message* message, void* userdata, sd_bus_error* error) {
+    FakeGeoClueState& s = stateOf(userdata);
+    Client& client = s.clients.at(sd_bus_message_get_path(message));
+    if (client.desktopId.empty())
+        return sd_bus_error_set(error, SD_BUS_ERROR_ACCESS_DENIED, "'DesktopId' property must be set");
+    if (s.mode == FakeGeoClue::Mode::refuses)
+        return sd_bus_error_setf(error, SD_BUS_ERROR_ACCESS_DENIED, "Geolocation disabled for UID %u", getuid());
+    client.active = true;
+    client.silent = s.mode == FakeGeoClue::Mode::silent;
+    ++s.startsEver;
+    // The reply goes first, so the client knows it started before the position comes.
+    int r = sd_bus_reply_method_return(message, "");
+    if (r < 0) return r;
+    sd_bus_emit_properties_changed(s.bus, client.path.c_str(), clientInterface, "Active", nullptr);
+    if (s.located && !client.silent) sendFix(s, client);
+    return r;
+}
+
+int stop(sd_bus_message* message, void* userdata, sd_bus_error*) {
+    FakeGeoClueState& s = stateOf(userdata);
+    Client& client = s.clients.at(sd_bus_message_get_path(message));
+    client.active = false;
+    int r = sd_bus_reply_method_return(message, "");
+    if (r >= 0) sd_bus_emit_properties_changed(s.bus, client.path.c_str(), clientInterface, "Active", nullptr);
+    return r;
+}
+
+const sd_bus_vtable clientVtable[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_PROPERTY("Location", "o", clientProperty, 0, SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE),
+    SD_BUS_WRITABLE_PROPERTY("DistanceThreshold", "u", clientProperty, setClientProperty, 0,
+                             SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_WRITABLE_PROPERTY("TimeThreshold", "u", clientProperty, setClientProperty, 0, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_WRITABLE_PROPERTY("DesktopId", "s", clientProperty, setClientProperty, 0, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_WRITABLE_PROPERTY("RequestedAccuracyLevel", "u", clientProperty, setClientProperty, 0,
+                             SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_PROPERTY("Active", "b", clientProperty, 0, SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE),
+    SD_BUS_METHOD("Start", "", "", start, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("Stop", "", "", stop, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_SIGNAL("LocationUpdated", "oo", 0),
+    SD_BUS_VTABLE_END,
+};
+
+// GetClient gives each connection one client, made on its first call; CreateClient makes one each time.
+int getClient(sd_bus_message* message, void* userdata, sd_bus_error*) {
+    FakeGeoClueState& s = stateOf(userdata);
+    const char* sender = sd_bus_message_get_sender(message);
+    std::string owner = sender ? sender : "";
+    if (sd_bus_message_is_method_call(message, nullptr, "GetClient"))
+        for (auto& [path, client] : s.clients)
+            if (client.owner == owner) return sd_bus_reply_method_return(message, "o", path.c_str());
+    std::string path = "/org/freedesktop/GeoClue2/Client/" + std::to_string(++s.clientsEver);
+    Client& client = s.clients[path];
+    client.path = path;
+    client.owner = owner;
+    int r = sd_bus_add_object_vtable(s.bus, &client.slot, path.c_str(), clientInterface, clientVtable, &s);
+    if (r < 0) s.clients.erase(path);
+    return r < 0 ? r : sd_bus_reply_method_return(message, "o", path.c_str());
+}
+
+int deleteClient(sd_bus_message* message, void* userdata, sd_bus_error* error) {
+    FakeGeoClueState& s = stateOf(userdata);
+    const char* path = nullptr;
+    int r = sd_bus_message_read(message, "o", &path);
+    if (r < 0) return r;
+    auto client = s.clients.find(path);
+    if (client == s.clients.end()) return sd_bus_error_setf(error, SD_BUS_ERROR_INVALID_ARGS, "No client %s", path);
+    s.clients.erase(client);
+    return sd_bus_reply_method_return(message, "");
+}
+
+// An app that leaves the bus, even by crashing, leaves no client behind.
+int nameOwnerChanged(sd_bus_message* message, void* userdata, sd_bus_error*) {
+    FakeGeoClueState& s = stateOf(userdata);
+    const char *name = nullptr, *oldOwner = nullptr, *newOwner = nullptr;
+    if (sd_bus_message_read(message, "sss", &name, &oldOwner, &newOwner) < 0 || *newOwner) return 0;
+    std::erase_if(s.clients, [&](auto& entry) { return entry.second.owner == name; });
+    return 0;
+}
+
+const sd_bus_vtable managerVtable[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_METHOD("GetClient", "", "o", getClient, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("CreateClient", "", "o", getClient, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("DeleteClient", "o", "", deleteClient, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_END,
+};
+
+// Milliseconds for poll() until the bus's deadline `until`, in CLOCK_MONOTONIC microseconds as steady_clock
+// reads it; -1 when there is none.
+int pollTimeout(uint64_t until) {
+    if (until == UINT64_MAX) return -1;
+    using namespace std::chrono;
+    auto now = uint64_t(duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count());
+    return until <= now ? 0 : int((until - now + 999) / 1000);
+}
+
+// The bus thread: handles what came in and any new position with the lock held, then
+// waits, without it, for the bus or the eventfd.
+void serve(FakeGeoClueState& s) {
+    std::unique_lock guard(s.lock);
+    while (!s.ending) {
+        int r;
+        while ((r = sd_bus_process(s.bus, nullptr)) > 0) continue;
+        if (s.moved && s.mode != FakeGeoClue::Mode::silent)
+            for (auto& [path, client] : s.clients)
+                if (client.active && !client.silent) sendFix(s, client);
+        s.moved = false;
+        ++s.rounds;
+        s.changed.notify_all();
+        if (r < 0) break;  // the bus went away
+        pollfd fds[] = {{sd_bus_get_fd(s.bus), short(sd_bus_get_events(s.bus)), 0}, {s.wake, POLLIN, 0}};
+        uint64_t until = UINT64_MAX;
+        sd_bus_get_timeout(s.bus, &until);
+        guard.unlock();
+        poll(fds, 2, pollTimeout(until));
+        uint64_t count = 0;
+        [[maybe_unused]] ssize_t n = read(s.wake, &count, sizeof count);  // non-blocking: empties it, if set
+        guard.lock();
+    }
+}
+
+void wake(FakeGeoClueState& s) {
+    uint64_t one = 1;
+    [[maybe_unused]] ssize_t n = write(s.wake, &one, sizeof one);
+}
+
+}  // namespace
+
+FakeGeoClue::FakeGeoClue(const std::string& busAddress) : state_(std::make_unique<FakeGeoClueState>(mode)) {
+    FakeGeoClueState& s = *state_;
+    s.wake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    int r = s.wake < 0 ? -errno : 0;
+    if (r >= 0) r = sd_bus_new(&s.bus);
+    if (r >= 0) r = sd_bus_set_address(s.bus, busAddress.c_str());
+    if (r >= 0) r = sd_bus_set_bus_client(s.bus, 1);
+    if (r >= 0) r = sd_bus_start(s.bus);
+    if (r >= 0) r = sd_bus_add_object_vtable(s.bus, nullptr, managerPath, managerInterface, managerVtable, &s);
+    if (r >= 0)
+        r = sd_bus_match_signal(s.bus, nullptr, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                                "NameOwnerChanged", nameOwnerChanged, &s);
+    if (r >= 0) r = sd_bus_request_name(s.bus, service, 0);
+    if (r < 0) throw std::runtime_error("fake GeoClue2 can't serve on " + busAddress + ": " + std::strerror(-r));
+    thread_ = std::thread(serve, std::ref(s));
+}
+
+FakeGeoClue::~FakeGeoClue() {
+    {
+        std::lock_guard guard(state_->lock);
+        state_->ending = true;
+    }
+    wake(*state_);
+    thread_.join();
+    sd_bus_release_name(state_->bus, service);
+}
+
+void FakeGeoClue::moveTo(double latitude, double longitude, double accuracy) {
+    using namespace std::chrono;
+    auto now = uint64_t(duration_cast<microseconds>(system_clock::now().time_since_epoch()).count());
+    {
+        std::lock_guard guard(state_->lock);
+        state_->position = Fix{latitude, longitude, accuracy, now / 1000000, now % 1000000};
+        state_->located = state_->moved = true;
+    }
+    wake(*state_);
+}
+
+int FakeGeoClue::started() const {
+    std::lock_guard guard(state_->lock);
+    int count = 0;
+    for (auto& [path, client] : state_->clients) count += client.active;
+    return count;
+}
+
+int FakeGeoClue::startsEver() const {
+    std::lock_guard guard(state_->lock);
+    return state_->startsEver;
+}
+
+int FakeGeoClue::fixesSent() const {
+    std::lock_guard guard(state_->lock);
+    return state_->fixesSent;
+}
+
+std::string FakeGeoClue::desktopId() const {
+    std::lock_guard guard(state_->lock);
+    return state_->desktopId;
+}
+
+uint32_t FakeGeoClue::accuracyLevel() const {
+    std::lock_guard guard(state_->lock);
+    return state_->accuracyLevel;
+}
+
+bool FakeGeoClue::waitFor(const std::function<bool()>& done, std::chrono::milliseconds limit) {
+    auto deadline = std::chrono::steady_clock::now() + limit;
+    std::unique_lock guard(state_->lock);
+    for (;;) {
+        uint64_t seen = state_->rounds;
+        guard.unlock();
+        bool holds = done();
+        guard.lock();
+        if (holds) return true;
+        if (!state_->changed.wait_until(guard, deadline, [&] { return state_->rounds != seen; })) return false;
+    }
+}
