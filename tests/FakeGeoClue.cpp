@@ -8,7 +8,6 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstring>
-#include <limits>
 #include <list>
 #include <map>
 #include <mutex>
@@ -26,11 +25,9 @@ const char* const managerInterface = "org.freedesktop.GeoClue2.Manager";
 const char* const clientInterface = "org.freedesktop.GeoClue2.Client";
 const char* const locationInterface = "org.freedesktop.GeoClue2.Location";
 
-// What a Location object shows; unknown altitude, speed and heading read as GeoClue2 has them.
+// What a Location object shows.
 struct Fix {
     double latitude = 0, longitude = 0, accuracy = 0;
-    uint64_t seconds = 0, microseconds = 0;
-    double altitude = std::numeric_limits<double>::lowest(), speed = -1, heading = -1;
 };
 
 // A client object; it stops being served when this goes.
@@ -40,8 +37,8 @@ struct Client {
     ~Client() { sd_bus_slot_unref(slot); }
 
     std::string path, owner, desktopId, location = "/";
-    uint32_t distanceThreshold = 0, timeThreshold = 0, accuracyLevel = 0;
-    bool active = false, silent = false;
+    uint32_t accuracyLevel = 0;
+    bool active = false;
     int fixes = 0;  // Location objects made for it so far, which names the next one
     sd_bus_slot* slot = nullptr;
 };
@@ -68,7 +65,7 @@ struct FakeGeoClueState {
     std::map<std::string, Client> clients;  // by path
     // One per Location object, in a list since the objects point into it.
     std::list<Fix> fixes;
-    int startsEver = 0, fixesSent = 0;
+    int fixesSent = 0;
     std::string desktopId;
     uint32_t accuracyLevel = 0;
 };
@@ -77,24 +74,11 @@ namespace {
 
 FakeGeoClueState& stateOf(void* userdata) { return *static_cast<FakeGeoClueState*>(userdata); }
 
-int locationString(sd_bus*, const char*, const char*, const char* property, sd_bus_message* reply, void* userdata,
-                   sd_bus_error*) {
-    auto* fix = static_cast<Fix*>(userdata);
-    if (std::string_view(property) == "Timestamp")
-        return sd_bus_message_append(reply, "(tt)", fix->seconds, fix->microseconds);
-    return sd_bus_message_append(reply, "s", "");  // Description
-}
-
 const sd_bus_vtable locationVtable[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_PROPERTY("Latitude", "d", nullptr, offsetof(Fix, latitude), SD_BUS_VTABLE_PROPERTY_CONST),
     SD_BUS_PROPERTY("Longitude", "d", nullptr, offsetof(Fix, longitude), SD_BUS_VTABLE_PROPERTY_CONST),
     SD_BUS_PROPERTY("Accuracy", "d", nullptr, offsetof(Fix, accuracy), SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Altitude", "d", nullptr, offsetof(Fix, altitude), SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Speed", "d", nullptr, offsetof(Fix, speed), SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Heading", "d", nullptr, offsetof(Fix, heading), SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Description", "s", locationString, 0, SD_BUS_VTABLE_PROPERTY_CONST),
-    SD_BUS_PROPERTY("Timestamp", "(tt)", locationString, 0, SD_BUS_VTABLE_PROPERTY_CONST),
     SD_BUS_VTABLE_END,
 };
 
@@ -106,7 +90,6 @@ void sendFix(FakeGeoClueState& s, Client& client) {
     std::string old = std::exchange(client.location, path);
     ++s.fixesSent;
     sd_bus_emit_signal(s.bus, client.path.c_str(), clientInterface, "LocationUpdated", "oo", old.c_str(), path.c_str());
-    sd_bus_emit_properties_changed(s.bus, client.path.c_str(), clientInterface, "Location", nullptr);
 }
 
 int clientProperty(sd_bus*, const char* path, const char*, const char* property, sd_bus_message* reply, void* userdata,
@@ -114,8 +97,6 @@ int clientProperty(sd_bus*, const char* path, const char*, const char* property,
     Client& c = stateOf(userdata).clients.at(path);
     std::string_view name = property;
     if (name == "Location") return sd_bus_message_append(reply, "o", c.location.c_str());
-    if (name == "DistanceThreshold") return sd_bus_message_append(reply, "u", c.distanceThreshold);
-    if (name == "TimeThreshold") return sd_bus_message_append(reply, "u", c.timeThreshold);
     if (name == "DesktopId") return sd_bus_message_append(reply, "s", c.desktopId.c_str());
     if (name == "RequestedAccuracyLevel") return sd_bus_message_append(reply, "u", c.accuracyLevel);
     return sd_bus_message_append(reply, "b", c.active);  // Active
@@ -135,9 +116,7 @@ int setClientProperty(sd_bus*, const char* path, const char*, const char* proper
     uint32_t number = 0;
     int r = sd_bus_message_read(value, "u", &number);
     if (r < 0) return r;
-    if (name == "DistanceThreshold") c.distanceThreshold = number;
-    if (name == "TimeThreshold") c.timeThreshold = number;
-    if (name == "RequestedAccuracyLevel") c.accuracyLevel = s.accuracyLevel = number;
+    c.accuracyLevel = s.accuracyLevel = number;  // RequestedAccuracyLevel
     return 0;
 }
 
@@ -149,13 +128,9 @@ int start(sd_bus_message* message, void* userdata, sd_bus_error* error) {
     if (s.mode == FakeGeoClue::Mode::refuses)
         return sd_bus_error_setf(error, SD_BUS_ERROR_ACCESS_DENIED, "Geolocation disabled for UID %u", getuid());
     client.active = true;
-    client.silent = s.mode == FakeGeoClue::Mode::silent;
-    ++s.startsEver;
     // The reply goes first, so the client knows it started before the position comes.
     int r = sd_bus_reply_method_return(message, "");
-    if (r < 0) return r;
-    sd_bus_emit_properties_changed(s.bus, client.path.c_str(), clientInterface, "Active", nullptr);
-    if (s.located && !client.silent) sendFix(s, client);
+    if (r >= 0 && s.located) sendFix(s, client);
     return r;
 }
 
@@ -163,53 +138,33 @@ int stop(sd_bus_message* message, void* userdata, sd_bus_error*) {
     FakeGeoClueState& s = stateOf(userdata);
     Client& client = s.clients.at(sd_bus_message_get_path(message));
     client.active = false;
-    int r = sd_bus_reply_method_return(message, "");
-    if (r >= 0) sd_bus_emit_properties_changed(s.bus, client.path.c_str(), clientInterface, "Active", nullptr);
-    return r;
+    return sd_bus_reply_method_return(message, "");
 }
 
 const sd_bus_vtable clientVtable[] = {
     SD_BUS_VTABLE_START(0),
-    SD_BUS_PROPERTY("Location", "o", clientProperty, 0, SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE),
-    SD_BUS_WRITABLE_PROPERTY("DistanceThreshold", "u", clientProperty, setClientProperty, 0,
-                             SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_WRITABLE_PROPERTY("TimeThreshold", "u", clientProperty, setClientProperty, 0, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_PROPERTY("Location", "o", clientProperty, 0, 0),
     SD_BUS_WRITABLE_PROPERTY("DesktopId", "s", clientProperty, setClientProperty, 0, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_WRITABLE_PROPERTY("RequestedAccuracyLevel", "u", clientProperty, setClientProperty, 0,
                              SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_PROPERTY("Active", "b", clientProperty, 0, SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE),
+    SD_BUS_PROPERTY("Active", "b", clientProperty, 0, 0),
     SD_BUS_METHOD("Start", "", "", start, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD("Stop", "", "", stop, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_SIGNAL("LocationUpdated", "oo", 0),
     SD_BUS_VTABLE_END,
 };
 
-// GetClient gives each connection one client, made on its first call; CreateClient makes one each time.
+// Each GetClient makes a client of its own.
 int getClient(sd_bus_message* message, void* userdata, sd_bus_error*) {
     FakeGeoClueState& s = stateOf(userdata);
     const char* sender = sd_bus_message_get_sender(message);
-    std::string owner = sender ? sender : "";
-    if (sd_bus_message_is_method_call(message, nullptr, "GetClient"))
-        for (auto& [path, client] : s.clients)
-            if (client.owner == owner) return sd_bus_reply_method_return(message, "o", path.c_str());
     std::string path = "/org/freedesktop/GeoClue2/Client/" + std::to_string(++s.clientsEver);
     Client& client = s.clients[path];
     client.path = path;
-    client.owner = owner;
+    client.owner = sender ? sender : "";
     int r = sd_bus_add_object_vtable(s.bus, &client.slot, path.c_str(), clientInterface, clientVtable, &s);
     if (r < 0) s.clients.erase(path);
     return r < 0 ? r : sd_bus_reply_method_return(message, "o", path.c_str());
-}
-
-int deleteClient(sd_bus_message* message, void* userdata, sd_bus_error* error) {
-    FakeGeoClueState& s = stateOf(userdata);
-    const char* path = nullptr;
-    int r = sd_bus_message_read(message, "o", &path);
-    if (r < 0) return r;
-    auto client = s.clients.find(path);
-    if (client == s.clients.end()) return sd_bus_error_setf(error, SD_BUS_ERROR_INVALID_ARGS, "No client %s", path);
-    s.clients.erase(client);
-    return sd_bus_reply_method_return(message, "");
 }
 
 // An app that leaves the bus, even by crashing, leaves no client behind.
@@ -224,8 +179,6 @@ int nameOwnerChanged(sd_bus_message* message, void* userdata, sd_bus_error*) {
 const sd_bus_vtable managerVtable[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_METHOD("GetClient", "", "o", getClient, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("CreateClient", "", "o", getClient, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("DeleteClient", "o", "", deleteClient, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_VTABLE_END,
 };
 
@@ -245,9 +198,9 @@ void serve(FakeGeoClueState& s) {
     while (!s.ending) {
         int r;
         while ((r = sd_bus_process(s.bus, nullptr)) > 0) continue;
-        if (s.moved && s.mode != FakeGeoClue::Mode::silent)
+        if (s.moved)
             for (auto& [path, client] : s.clients)
-                if (client.active && !client.silent) sendFix(s, client);
+                if (client.active) sendFix(s, client);
         s.moved = false;
         ++s.rounds;
         s.changed.notify_all();
@@ -298,11 +251,9 @@ FakeGeoClue::~FakeGeoClue() {
 }
 
 void FakeGeoClue::moveTo(double latitude, double longitude, double accuracy) {
-    using namespace std::chrono;
-    auto now = uint64_t(duration_cast<microseconds>(system_clock::now().time_since_epoch()).count());
     {
         std::lock_guard guard(state_->lock);
-        state_->position = Fix{latitude, longitude, accuracy, now / 1000000, now % 1000000};
+        state_->position = Fix{latitude, longitude, accuracy};
         state_->located = state_->moved = true;
     }
     wake(*state_);
@@ -313,11 +264,6 @@ int FakeGeoClue::started() const {
     int count = 0;
     for (auto& [path, client] : state_->clients) count += client.active;
     return count;
-}
-
-int FakeGeoClue::startsEver() const {
-    std::lock_guard guard(state_->lock);
-    return state_->startsEver;
 }
 
 int FakeGeoClue::fixesSent() const {

@@ -25,9 +25,8 @@ struct FakeGeoClueState;
 class FakeGeoClue {
 public:
     // serves: Start works and clients get positions. refuses: Start fails with AccessDenied,
-    // as when the user turned geolocation off. silent: Start works but no position ever
-    // comes, to a client started while silent or to any client while the mode is silent.
-    enum class Mode { serves, refuses, silent };
+    // as when the user turned geolocation off.
+    enum class Mode { serves, refuses };
 
     // Connects to the bus at `busAddress`, owns org.freedesktop.GeoClue2 and serves on a
     // thread of its own; throws std::runtime_error when it can't.
@@ -44,7 +43,6 @@ public:
     std::atomic<Mode> mode{Mode::serves};
 
     int started() const;             // clients started and not stopped right now
-    int startsEver() const;          // Start calls accepted so far
     int fixesSent() const;           // LocationUpdated signals emitted so far
     std::string desktopId() const;   // the DesktopId last set by a client
     uint32_t accuracyLevel() const;  // the RequestedAccuracyLevel last set by a client

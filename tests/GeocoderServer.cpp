@@ -28,12 +28,12 @@ std::optional<LoopbackServer::Reply> GeocoderServer::answer(const std::string& r
     }
     if (!request.starts_with("GET /search?")) return LoopbackServer::Reply{404, "[]"};
     switch (way.load()) {
-    case Way::finds: return LoopbackServer::Reply{200, found_};
-    case Way::findsNothing: return LoopbackServer::Reply{200, "[]"};
-    case Way::garbage: return LoopbackServer::Reply{200, "<html>Service busy</html>"};
-    case Way::slow:
-        std::this_thread::sleep_for(std::chrono::seconds(slowSeconds.load()));
-        return LoopbackServer::Reply{200, found_};
+        case Way::finds: return LoopbackServer::Reply{200, found_};
+        case Way::findsNothing: return LoopbackServer::Reply{200, "[]"};
+        case Way::garbage: return LoopbackServer::Reply{200, "<html>Service busy</html>"};
+        case Way::slow:
+            std::this_thread::sleep_for(std::chrono::seconds(slowSeconds.load()));
+            return LoopbackServer::Reply{200, found_};
     }
     return std::nullopt;
 }

@@ -49,9 +49,10 @@ void LoopbackServer::serve(int peer) {
             break;
     }
     if (auto reply = answer_(request)) {
-        const std::string text = "HTTP/1.1 " + std::to_string(reply->status) +
-                                 " X\r\nContent-Type: application/json\r\nContent-Length: " +
-                                 std::to_string(reply->body.size()) + "\r\nConnection: close\r\n\r\n" + reply->body;
+        const std::string text =
+            "HTTP/1.1 " + std::to_string(reply->status) +
+            " X\r\nContent-Type: application/json\r\nContent-Length: " + std::to_string(reply->body.size()) +
+            "\r\nConnection: close\r\n\r\n" + reply->body;
         [[maybe_unused]] ssize_t sent = write(peer, text.data(), text.size());
     }
     close(peer);

@@ -28,10 +28,10 @@ std::optional<LoopbackServer::Reply> ModelServer::answer(const std::string& requ
     ++readings;
     const LoopbackServer::Reply read{200, R"({"choices":[{"message":{"content":)" + quoted(reading_) + "}}]}"};
     switch (way.load()) {
-    case Way::reads: return read;
-    case Way::slow: std::this_thread::sleep_for(std::chrono::seconds(3)); return read;
-    case Way::garbage: return LoopbackServer::Reply{200, "Sure! Lunch with Sam at 12:30."};
-    case Way::closes: return std::nullopt;
+        case Way::reads: return read;
+        case Way::slow: std::this_thread::sleep_for(std::chrono::seconds(3)); return read;
+        case Way::garbage: return LoopbackServer::Reply{200, "Sure! Lunch with Sam at 12:30."};
+        case Way::closes: return std::nullopt;
     }
     return std::nullopt;
 }

@@ -89,12 +89,12 @@ TEST_F(Places, FoundByAddressByCoordinatesAndWhereThisMachineIs) {
         int status;
         const char* says;
     };
-    for (auto [way, code, says] : {Refusal{GeocoderServer::Way::findsNothing, status(WireError::Code::notFound),
-                                           "vesk: Vesk found no place for \u201cNowhere 1\u201d. Try a fuller"},
-                                   Refusal{GeocoderServer::Way::garbage, status(WireError::Code::unreachable),
-                                           "it gave an answer that isn't JSON"},
-                                   Refusal{GeocoderServer::Way::slow, status(WireError::Code::unreachable),
-                                           "Timeout was reached"}}) {
+    for (auto [way, code, says] :
+         {Refusal{GeocoderServer::Way::findsNothing, status(WireError::Code::notFound),
+                  "vesk: Vesk found no place for \u201cNowhere 1\u201d. Try a fuller"},
+          Refusal{GeocoderServer::Way::garbage, status(WireError::Code::unreachable),
+                  "it gave an answer that isn't JSON"},
+          Refusal{GeocoderServer::Way::slow, status(WireError::Code::unreachable), "Timeout was reached"}}) {
         geocoder.way = way;
         ProcessResult refused = vesk({"places", "add", "nowhere", "--at", "Nowhere 1"});
         EXPECT_EQ(refused.status, code) << refused.err;
