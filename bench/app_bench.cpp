@@ -45,7 +45,7 @@ void ListHandling(benchmark::State& state) {
         Activity activity("bench", false, store.data()->device);
         Handler handler(store, Config{}, activity,
                         Handler::World{benchNow, [] { return PlanTesting::amsterdam(); }, [] { return "granted"; }, {},
-                                       nullptr, {}, {}});
+                                       nullptr, {}, {}, {}, {}});
         const Request request{Request::List{Request::Section::now}};
         size_t rows = 0, bytes = 0;
         for (auto _ : state) {
