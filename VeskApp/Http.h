@@ -6,8 +6,7 @@
 #include <variant>
 
 // HTTP through libcurl: no signals, a total time-out, and given up as soon as `stop` is
-// requested. Servers on this machine are reached directly; others through the proxy the
-// environment names, if any.
+// requested. Servers are reached directly unless the caller lets the environment's proxy apply.
 namespace Http {
 
 struct Options {
