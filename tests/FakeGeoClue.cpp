@@ -1,11 +1,7 @@
 #include "FakeGeoClue.h"
 
-#include <poll.h>
-#include <sys/eventfd.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <condition_variable>
 #include <cstddef>
 #include <cstring>
 #include <list>
@@ -50,15 +46,11 @@ struct FakeGeoClueState {
     ~FakeGeoClueState() {
         clients.clear();  // their slots hold the bus; the manager's and the locations' go with it
         sd_bus_flush_close_unref(bus);
-        if (wake >= 0) close(wake);
     }
 
     std::atomic<FakeGeoClue::Mode>& mode;
     sd_bus* bus = nullptr;
-    int wake = -1;    // eventfd through which moveTo and the destructor wake the bus thread
     std::mutex lock;  // guards what follows, and the bus while the bus thread works it
-    std::condition_variable changed;
-    uint64_t rounds = 0;  // passes of the bus thread, for waitFor
     bool ending = false, moved = false, located = false;
     Fix position;
     int clientsEver = 0;
@@ -182,52 +174,30 @@ const sd_bus_vtable managerVtable[] = {
     SD_BUS_VTABLE_END,
 };
 
-// Milliseconds for poll() until the bus's deadline `until`, in CLOCK_MONOTONIC microseconds as steady_clock
-// reads it; -1 when there is none.
-int pollTimeout(uint64_t until) {
-    if (until == UINT64_MAX) return -1;
-    using namespace std::chrono;
-    auto now = uint64_t(duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count());
-    return until <= now ? 0 : int((until - now + 999) / 1000);
-}
-
-// The bus thread: handles what came in and any new position with the lock held, then
-// waits, without it, for the bus or the eventfd.
+// The bus thread: handles what came in and any new position, then waits a moment for the
+// bus. moveTo only sets fields, so the wait needn't be woken.
 void serve(FakeGeoClueState& s) {
-    std::unique_lock guard(s.lock);
-    while (!s.ending) {
-        int r;
-        while ((r = sd_bus_process(s.bus, nullptr)) > 0) continue;
-        if (s.moved)
-            for (auto& [path, client] : s.clients)
-                if (client.active) sendFix(s, client);
-        s.moved = false;
-        ++s.rounds;
-        s.changed.notify_all();
-        if (r < 0) break;  // the bus went away
-        pollfd fds[] = {{sd_bus_get_fd(s.bus), short(sd_bus_get_events(s.bus)), 0}, {s.wake, POLLIN, 0}};
-        uint64_t until = UINT64_MAX;
-        sd_bus_get_timeout(s.bus, &until);
-        guard.unlock();
-        poll(fds, 2, pollTimeout(until));
-        uint64_t count = 0;
-        [[maybe_unused]] ssize_t n = read(s.wake, &count, sizeof count);  // non-blocking: empties it, if set
-        guard.lock();
+    for (;;) {
+        {
+            std::lock_guard guard(s.lock);
+            if (s.ending) return;
+            int r;
+            while ((r = sd_bus_process(s.bus, nullptr)) > 0) continue;
+            if (r < 0) return;  // the bus went away
+            if (s.moved)
+                for (auto& [path, client] : s.clients)
+                    if (client.active) sendFix(s, client);
+            s.moved = false;
+        }
+        sd_bus_wait(s.bus, 20'000);
     }
-}
-
-void wake(FakeGeoClueState& s) {
-    uint64_t one = 1;
-    [[maybe_unused]] ssize_t n = write(s.wake, &one, sizeof one);
 }
 
 }  // namespace
 
 FakeGeoClue::FakeGeoClue(const std::string& busAddress) : state_(std::make_unique<FakeGeoClueState>(mode)) {
     FakeGeoClueState& s = *state_;
-    s.wake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    int r = s.wake < 0 ? -errno : 0;
-    if (r >= 0) r = sd_bus_new(&s.bus);
+    int r = sd_bus_new(&s.bus);
     if (r >= 0) r = sd_bus_set_address(s.bus, busAddress.c_str());
     if (r >= 0) r = sd_bus_set_bus_client(s.bus, 1);
     if (r >= 0) r = sd_bus_start(s.bus);
@@ -245,51 +215,19 @@ FakeGeoClue::~FakeGeoClue() {
         std::lock_guard guard(state_->lock);
         state_->ending = true;
     }
-    wake(*state_);
     thread_.join();
     sd_bus_release_name(state_->bus, service);
 }
 
 void FakeGeoClue::moveTo(double latitude, double longitude, double accuracy) {
-    {
-        std::lock_guard guard(state_->lock);
-        state_->position = Fix{latitude, longitude, accuracy};
-        state_->located = state_->moved = true;
-    }
-    wake(*state_);
-}
-
-int FakeGeoClue::started() const {
     std::lock_guard guard(state_->lock);
-    int count = 0;
-    for (auto& [path, client] : state_->clients) count += client.active;
-    return count;
+    state_->position = Fix{latitude, longitude, accuracy};
+    state_->located = state_->moved = true;
 }
 
-int FakeGeoClue::fixesSent() const {
+FakeGeoClue::Seen FakeGeoClue::seen() const {
     std::lock_guard guard(state_->lock);
-    return state_->fixesSent;
-}
-
-std::string FakeGeoClue::desktopId() const {
-    std::lock_guard guard(state_->lock);
-    return state_->desktopId;
-}
-
-uint32_t FakeGeoClue::accuracyLevel() const {
-    std::lock_guard guard(state_->lock);
-    return state_->accuracyLevel;
-}
-
-bool FakeGeoClue::waitFor(const std::function<bool()>& done, std::chrono::milliseconds limit) {
-    auto deadline = std::chrono::steady_clock::now() + limit;
-    std::unique_lock guard(state_->lock);
-    for (;;) {
-        uint64_t seen = state_->rounds;
-        guard.unlock();
-        bool holds = done();
-        guard.lock();
-        if (holds) return true;
-        if (!state_->changed.wait_until(guard, deadline, [&] { return state_->rounds != seen; })) return false;
-    }
+    Seen seen{0, state_->fixesSent, state_->desktopId, state_->accuracyLevel};
+    for (auto& [path, client] : state_->clients) seen.started += client.active;
+    return seen;
 }

@@ -1,9 +1,7 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -18,7 +16,7 @@ struct FakeGeoClueState;
 //     FakeGeoClue geoclue(system.address());
 //     geoclue.moveTo(52.3731, 4.8922);
 //     ... start the app ...
-//     ASSERT_TRUE(geoclue.waitFor([&] { return geoclue.fixesSent() >= 1; }));
+//     ... until geoclue.seen().fixesSent >= 1 ...
 //
 // Each position becomes a new Location object under the client it is sent to; all of them
 // stay readable until the fake ends.
@@ -42,15 +40,14 @@ public:
 
     std::atomic<Mode> mode{Mode::serves};
 
-    int started() const;             // clients started and not stopped right now
-    int fixesSent() const;           // LocationUpdated signals emitted so far
-    std::string desktopId() const;   // the DesktopId last set by a client
-    uint32_t accuracyLevel() const;  // the RequestedAccuracyLevel last set by a client
-
-    // Blocks until `done()` holds or `limit` passes; false on time-out. `done` runs outside
-    // the fake's lock, so it may call the accessors above; it is checked again each time
-    // the bus thread has handled something.
-    bool waitFor(const std::function<bool()>& done, std::chrono::milliseconds limit = std::chrono::seconds(5));
+    // What the fake has seen of its clients.
+    struct Seen {
+        int started;             // clients started and not stopped right now
+        int fixesSent;           // LocationUpdated signals emitted so far
+        std::string desktopId;   // the DesktopId last set by a client
+        uint32_t accuracyLevel;  // the RequestedAccuracyLevel last set by a client
+    };
+    Seen seen() const;
 
 private:
     std::unique_ptr<FakeGeoClueState> state_;
