@@ -12,14 +12,8 @@ namespace {
 
 using Testing::TestTree;
 
-Environment plain() {
-    Environment environment;
-    environment.columns = "80";
-    return environment;
-}
-
-Outcome outcome(const Command& root, const std::vector<std::string>& arguments,
-                const Environment& environment = plain()) {
+// No COLUMNS and no terminal: 80 columns.
+Outcome outcome(const Command& root, const std::vector<std::string>& arguments, const Environment& environment = {}) {
     auto parsed = parse(root, arguments, environment);
     if (auto done = std::get_if<Outcome>(&parsed)) return *done;
     return run(root, std::get<Invocation>(parsed), environment);
@@ -28,10 +22,7 @@ Outcome outcome(const Command& root, const std::vector<std::string>& arguments,
 TEST(Exit, UsageFailureGoesToStandardErrorWithStatus64) {
     // The usage is that of the command reached: a default subcommand's, the root's for an
     // invalid option, and without the pointer to help for `help`, which has no help of its own.
-    const struct {
-        std::vector<std::string> arguments;
-        std::string standardError;
-    } cases[] = {
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
         {{"remote", "add", "o", "--nope"},
          "Error: Unknown option '--nope'\nUsage: tool remote add [--url <url>] <name>\n"
          "  See 'tool remote add --help' for more information.\n"},
@@ -43,56 +34,47 @@ TEST(Exit, UsageFailureGoesToStandardErrorWithStatus64) {
         {{"help", "--nope"}, "Error: Unknown option '--nope'\nUsage: tool help [<subcommands> ...]\n"},
     };
     TestTree tree;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.arguments));
-        auto failed = outcome(tree.root, c.arguments);
+    for (const auto& [arguments, standardError] : cases) {
+        auto failed = outcome(tree.root, arguments);
         EXPECT_EQ(failed.standardOutput, "");
-        EXPECT_EQ(failed.standardError, c.standardError);
+        EXPECT_EQ(failed.standardError, standardError);
         EXPECT_EQ(failed.status, 64);
     }
     // With no arguments at all the root's help follows.
     tree.root.defaultSubcommand = &tree.copy;
     auto failed = outcome(tree.root, {});
-    EXPECT_EQ(failed.standardError,
-              "Error: Missing expected argument '<source>'\nHelp:  <source>  Where from.\n\n" +
-                  helpText({&tree.root}, 80) + "\n");
+    EXPECT_EQ(failed.standardError, "Error: Missing expected argument '<source>'\nHelp:  <source>  Where from.\n\n" +
+                                        helpText({&tree.root}, 80) + "\n");
     EXPECT_EQ(failed.status, 64);
 }
 
 TEST(Exit, WhatARunReturnsOrThrows) {
-    struct Case { std::function<void()> run; std::string standardError; int status; };
     const std::string rootUsage = "Usage: tool <subcommand>\n  See 'tool --help' for more information.\n";
-    const Case cases[] = {
+    const std::tuple<std::function<void()>, std::string, int> cases[] = {
         {[] {}, "", 0},
         {[] { throw ValidationError{"Bad copy."}; }, "Error: Bad copy.\n" + rootUsage, 64},
         {[] { throw ExitCode{5}; }, "", 5},
         {[] { throw std::runtime_error("boom"); }, "Error: boom\n", 1},
     };
-    for (const auto& c : cases) {
+    for (const auto& [body, standardError, status] : cases) {
         TestTree tree;
-        tree.copy.run = [&](const Values&) { c.run(); };
+        tree.copy.run = [&](const Values&) { body(); };
         auto ran = outcome(tree.root, {"copy", "a", "b"});
         EXPECT_EQ(ran.standardOutput, "");
-        EXPECT_EQ(ran.standardError, c.standardError);
-        EXPECT_EQ(ran.status, c.status);
+        EXPECT_EQ(ran.standardError, standardError);
+        EXPECT_EQ(ran.status, status);
     }
 }
 
 TEST(Exit, CompletionScriptFailures) {
     TestTree tree;
+    const std::string shells =
+        "Please use --generate-completion-script=<shell> with one of:\n    zsh\n    bash\n    fish\n";
     auto unknown = outcome(tree.root, {"--generate-completion-script", "tcsh"});
-    EXPECT_EQ(unknown.standardError,
-              "Error: Can't generate completion scripts for 'tcsh'.\n"
-              "Please use --generate-completion-script=<shell> with one of:\n"
-              "    zsh\n"
-              "    bash\n"
-              "    fish\n");
+    EXPECT_EQ(unknown.standardError, "Error: Can't generate completion scripts for 'tcsh'.\n" + shells);
     EXPECT_EQ(unknown.status, 1);
-    Environment environment = plain();
-    environment.shell = "/bin/sh";
-    auto undetected = outcome(tree.root, {"--generate-completion-script"}, environment);
-    EXPECT_TRUE(undetected.standardError.starts_with("Error: Can't autodetect a supported shell.\n"
-                                                     "Please use --generate-completion-script=<shell> with one of:\n"));
+    auto undetected = outcome(tree.root, {"--generate-completion-script"}, Environment{{}, {}, "/bin/sh"});
+    EXPECT_EQ(undetected.standardError, "Error: Can't autodetect a supported shell.\n" + shells);
     EXPECT_EQ(undetected.status, 1);
 }
 

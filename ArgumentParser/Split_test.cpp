@@ -22,16 +22,14 @@ std::string described(const SplitArguments& split) {
 }
 
 TEST(Split, ClassesEachArgument) {
-    struct Case { std::vector<std::string> arguments; std::string expected; };
-    const std::vector<Case> cases{
-        {{"word"}, "value@0"}, {{""}, "value@0"}, {{"-"}, "value@0"}, {{"--"}, "terminator@0"},
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{"word", "", "-"}, "value@0 value@1 value@2"},
         {{"a", "--", "--b", "---", "-c"}, "value@0 terminator@1 value@2 value@3 value@4"},
-        {{"--name"}, "--name@0"}, {{"--name=x=y"}, "--name=x=y@0"}, {{"--name="}, "--name=@0"},
-        {{"-n"}, "-n@0"}, {{"-n=4"}, "-n=4@0"}, {{"-abc=1"}, "-abc=1@0"}, {{"-é"}, "-é@0"},
-        {{"-abc"}, "-abc@0 -a@0.1 -b@0.2 -c@0.3"},
-        {{"x", "-ab", "y"}, "value@0 -ab@1 -a@1.1 -b@1.2 value@2"},
+        {{"--name", "--name=x=y", "--name="}, "--name@0 --name=x=y@1 --name=@2"},
+        {{"-n", "-n=4", "-abc=1", "-é"}, "-n@0 -n=4@1 -abc=1@2 -é@3"},
+        {{"x", "-abc", "y"}, "value@0 -abc@1 -a@1.1 -b@1.2 -c@1.3 value@2"},
     };
-    for (const auto& c : cases) EXPECT_EQ(described(split(c.arguments)), c.expected) << c.arguments.front();
+    for (const auto& [arguments, expected] : cases) EXPECT_EQ(described(split(arguments)), expected) << expected;
 }
 
 TEST(Split, RefusesThreeDashesAndAnEmptySingleDashName) {

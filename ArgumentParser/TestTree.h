@@ -22,58 +22,51 @@
 //     sleep <seconds>                       a number
 namespace ArgumentParser::Testing {
 
+// The commands point at each other, so the tree is never copied.
 struct TestTree {
     Command say, count, copy, paint, remoteShow, remoteAdd, remote, adminReset, admin, exec, after, sleep, root;
-    // What the last run was given.
-    mutable std::vector<std::string> ran;
 
     TestTree() {
-        auto leaf = [this](Command& command, std::string typeName, std::string abstract, std::vector<Input> inputs,
-                           std::string commandName = "") {
+        auto make = [](Command& command, std::string typeName, std::string abstract, std::vector<Input> inputs,
+                       std::string commandName = "") {
             command.typeName = std::move(typeName);
             command.configuration.commandName = std::move(commandName);
             command.configuration.abstract = std::move(abstract);
             command.inputs = std::move(inputs);
-            command.run = [this, &command](const Values&) { ran.push_back(command.name()); };
         };
-        leaf(say, "Say", "Say the words.", {flag("loud", "Shout."), capturingList("words", "What to say.")});
+        make(say, "Say", "Say the words.", {flag("loud", "Shout."), capturingList("words", "What to say.")});
         Input verbose = flag("verbose", "Tell more.");
         verbose.names = {{Name::Kind::longName, "verbose"}, {Name::Kind::shortName, "v"}};
         Input ratio = option("ratio", "A ratio.", ValueType::double64);
         ratio.defaultValue = "0.5";
-        leaf(count, "Count", "Count things.",
+        make(count, "Count", "Count things.",
              {verbose, option("times", "How often.", ValueType::integer), ratio, argument("target", "What to count.")});
-        leaf(copy, "Copy", "Copy a file.", {argument("source", "Where from."), argument("destination", "Where to.")});
+        make(copy, "Copy", "Copy a file.", {argument("source", "Where from."), argument("destination", "Where to.")});
         Input red = flag("red", "Red paint."), blue = flag("blue", "Blue paint.");
         red.group = blue.group = "color";
         red.isOptional = blue.isOptional = false;
-        leaf(paint, "Paint", "Paint it.", {red, blue});
-        leaf(remoteShow, "RemoteShow", "Show the remotes.", {flag("json", "As JSON.")}, "show");
-        leaf(remoteAdd, "RemoteAdd", "Add a remote.", {argument("name", "Its name."), option("url", "Its address.")},
+        make(paint, "Paint", "Paint it.", {red, blue});
+        make(remoteShow, "RemoteShow", "Show the remotes.", {flag("json", "As JSON.")}, "show");
+        make(remoteAdd, "RemoteAdd", "Add a remote.", {argument("name", "Its name."), option("url", "Its address.")},
              "add");
-        remote.typeName = "Remote";
-        remote.configuration.abstract = "Manage remotes.";
+        make(remote, "Remote", "Manage remotes.", {});
         remote.subcommands = {&remoteShow, &remoteAdd};
         remote.defaultSubcommand = &remoteShow;
-        leaf(adminReset, "AdminReset", "Reset everything.", {}, "reset");
-        admin.typeName = "Admin";
-        admin.configuration.abstract = "Administration.";
+        make(adminReset, "AdminReset", "Reset everything.", {}, "reset");
+        make(admin, "Admin", "Administration.", {});
         admin.subcommands = {&adminReset};
         Input command = argument("command", "The command and its arguments.");
         command.isRepeating = command.isOptional = true;
         command.strategy = ParsingStrategy::allRemainingInput;
-        leaf(exec, "Exec", "Run a command.", {flag("quiet", "Say nothing."), command});
+        make(exec, "Exec", "Run a command.", {flag("quiet", "Say nothing."), command});
         Input rest = argument("rest", "Behind the terminator.");
         rest.isRepeating = rest.isOptional = true;
         rest.strategy = ParsingStrategy::postTerminator;
-        leaf(after, "After", "Take what follows.", {flag("dry", "Pretend."), rest});
-
+        make(after, "After", "Take what follows.", {flag("dry", "Pretend."), rest});
         Input seconds = argument("seconds", "How long.");
         seconds.type = ValueType::double64;
-        leaf(sleep, "Sleep", "Wait a while.", {seconds});
-
-        root.typeName = "Tool";
-        root.configuration.abstract = "A tool for tests.";
+        make(sleep, "Sleep", "Wait a while.", {seconds});
+        make(root, "Tool", "A tool for tests.", {});
         root.configuration.discussion = "It does a few things.";
         root.configuration.version = "1.2.3";
         root.subcommands = {&say, &count, &copy, &paint, &remote, &admin, &exec, &after, &sleep};

@@ -13,16 +13,17 @@ TEST(Add, JoinsWithSingleSpacesAndChangesNothingElse) {
     EXPECT_EQ(Add::joined({" call", "", "mom "}), " call  mom ");
 }
 
-// Beside the refusals the command line shows end to end.
+// Each case: the words of the sentence, the process's arguments, and the refusal.
 TEST(Add, FirstWordRule) {
     auto putAfter = [](const std::string& word) {
-        return "Put options after the command, as in `vesk " + word + " --json`. To save a reminder that starts with “" +
-               word + "”, use `vesk add`.";
+        return "Put options after the command, as in `vesk " + word +
+               " --json`. To save a reminder that starts with “" + word + "”, use `vesk add`.";
     };
-    struct Case { Words words, arguments; std::optional<std::string> refusal; } cases[] = {
-        {{}, {}, "Say what to remind you about."},
-        {{" ", "\t"}, {" ", "\t"}, "Say what to remind you about."},
-        {{""}, {"add", "--json", ""}, "Say what to remind you about."},
+    const std::string nothing = "Say what to remind you about.";
+    const std::tuple<Words, Words, std::optional<std::string>> cases[] = {
+        {{}, {}, nothing},
+        {{" ", "\t"}, {" ", "\t"}, nothing},
+        {{""}, {"add", "--json", ""}, nothing},
         {{"\n"}, {"\n"}, std::nullopt},  // a line feed is not a blank
         {{"PARSE", "x"}, {"PARSE", "x"}, putAfter("parse")},
         {{"Later", "x"}, {"--dry-run", "Later", "x"}, putAfter("later")},
@@ -30,7 +31,8 @@ TEST(Add, FirstWordRule) {
         {{"help", "me"}, {"--json", "help", "me"}, std::nullopt},
         {{"", "done", "x"}, {"", "done", "x"}, std::nullopt},
     };
-    for (const auto& c : cases) EXPECT_EQ(Add::refusal(c.words, c.arguments), c.refusal) << Add::joined(c.arguments);
+    for (const auto& [words, arguments, refusal] : cases)
+        EXPECT_EQ(Add::refusal(words, arguments), refusal) << Add::joined(arguments);
 }
 
 // The first words refused are the commands of the tree other than `add`; the built-in `help` is none.

@@ -7,66 +7,60 @@ namespace {
 ReminderDTO reminder(int64_t number, std::string title, std::string detail) {
     ReminderDTO dto;
     dto.number = number;
-    dto.id = "id-" + std::to_string(number);
     dto.title = std::move(title);
-    dto.section = "now";
-    dto.status = "due";
-    dto.style = "repeat";
     dto.detail = std::move(detail);
     return dto;
 }
 
-Response withReminders(std::vector<ReminderDTO> reminders) {
+std::string listed(std::optional<std::vector<ReminderDTO>> reminders) {
     Response response;
     response.reminders = std::move(reminders);
-    return response;
-}
-
-PlaceDTO place(std::string name, std::optional<std::string> address, double radius, int64_t reminders) {
-    return {"p-" + name, name, 52.370216, 4.895168, radius, std::move(address), reminders};
-}
-
-TEST(RenderList, NothingHereForAbsentOrEmpty) {
-    EXPECT_EQ(Render::listText(Response{}), "Nothing here.");
-    EXPECT_EQ(Render::listText(withReminders({})), "Nothing here.");
+    return Render::listText(response);
 }
 
 TEST(RenderList, NumbersTakeTheWidthOfTheHighest) {
+    EXPECT_EQ(listed(std::nullopt), "Nothing here.");
+    EXPECT_EQ(listed(std::vector<ReminderDTO>{}), "Nothing here.");
     std::vector<ReminderDTO> reminders;
     for (int64_t n = 1; n <= 100; ++n) reminders.push_back(reminder(n, "t", "d"));
-    std::string text = Render::listText(withReminders(reminders));
+    std::string text = listed(reminders);
     EXPECT_TRUE(text.starts_with("  1  t\n     d\n  2  t\n")) << text;
     EXPECT_TRUE(text.ends_with("\n 99  t\n     d\n100  t\n     d")) << text;
     // The highest, not the last.
-    EXPECT_EQ(Render::listText(withReminders({reminder(12, "a", "x"), reminder(3, "b", "")})),
-              "12  a\n    x\n 3  b\n    ");
+    EXPECT_EQ(listed(std::vector{reminder(12, "a", "x"), reminder(3, "b", "")}), "12  a\n    x\n 3  b\n    ");
 }
 
-TEST(RenderPlaces, AddressOrCoordinatesTruncatedRadiusAndCount) {
-    EXPECT_EQ(Render::where(place("home", std::nullopt, 150.9, 0)), "52.37022, 4.89517 (150 m)");
-    EXPECT_EQ(Render::where(place("home", "", 99.99, 0)), " (99 m)");
-    EXPECT_EQ(Render::where(place("home", "x", -0.5, 0)), "x (0 m)");
-    EXPECT_EQ(Render::places({place("gym", "Kade 2", 50, 0)}), "gym  Kade 2 (50 m)  0 reminders");
+// An address or the coordinates, and the radius truncated toward zero.
+TEST(RenderPlaces, WhereAndHowManyWaitOnIt) {
+    auto place = [](std::optional<std::string> address, double radius) {
+        return PlaceDTO{"p1", "gym", 52.370216, 4.895168, radius, std::move(address), 0};
+    };
+    EXPECT_EQ(Render::where(place(std::nullopt, 150.9)), "52.37022, 4.89517 (150 m)");
+    EXPECT_EQ(Render::where(place("", 99.99)), " (99 m)");
+    EXPECT_EQ(Render::where(place("x", -0.5)), "x (0 m)");
+    EXPECT_EQ(Render::places({place("Kade 2", 50)}), "gym  Kade 2 (50 m)  0 reminders");
 }
 
+// The branches an unhealthy report in the end-to-end tests doesn't take.
 TEST(RenderDoctor, FullReport) {
-    EXPECT_EQ(Render::doctor({"full", "allowed", true, "vesk-test", "Work", {"Groceries", "Old"}, 12, "Desk", "1.4",
-                              "on", "ready"}),
-              "Reminders access  full\n"
-              "Notifications     allowed\n"
-              "This Mac          Desk (relay only)\n"
-              "Writes to         Vesk Test only (debug build)\n"
-              "Default list      Work\n"
-              "Ignored lists     Groceries, Old\n"
-              "Reminders         12 incomplete\n"
-              "Sync              on\n"
-              "On-device model   ready\n"
-              "App version       1.4");
+    EXPECT_EQ(
+        Render::doctor(
+            {"full", "allowed", true, "vesk-test", "Work", {"Groceries", "Old"}, 12, "Desk", "1.4", "on", "ready"}),
+        "Reminders access  full\n"
+        "Notifications     allowed\n"
+        "This Mac          Desk (relay only)\n"
+        "Writes to         Vesk Test only (debug build)\n"
+        "Default list      Work\n"
+        "Ignored lists     Groceries, Old\n"
+        "Reminders         12 incomplete\n"
+        "Sync              on\n"
+        "On-device model   ready\n"
+        "App version       1.4");
 }
 
 TEST(RenderJson, BadUtf8IsRepairedOrRefusedNeverThrown) {
     Response response;
-    response.reminder = reminder(1, std::string("bad \xff byte"), "");
+    response.reminder = reminder(1, "bad \xff byte", "");
     auto text = Render::jsonText(response);
     EXPECT_TRUE(!text || text->find('\xff') == std::string::npos);
 }

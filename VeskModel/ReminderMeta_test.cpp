@@ -10,7 +10,9 @@ namespace {
 std::string text(const Json& json) { return JsonText::compact(json).value(); }
 
 template <class T>
-T decoded(std::string_view document) { return T::fromJson(JsonDecoder(JsonDocument::parse(document).value())); }
+T decoded(std::string_view document) {
+    return T::fromJson(JsonDecoder(JsonDocument::parse(document).value()));
+}
 
 }  // namespace
 
@@ -19,8 +21,8 @@ TEST(ReminderMetaJson, SmallestAndFullRecordsRoundTrip) {
     EXPECT_EQ(decoded<ReminderMeta>(smallest), ReminderMeta(Style::once(), false, Date{0}));
     EXPECT_EQ(text(decoded<ReminderMeta>(smallest).toJson()), smallest);
 
-    const ReminderMeta meta(Style::escalate(), PlaceTrigger{PlaceTrigger::Edge::arrive, "gym", 60}, Date{12.5},
-                            "home", DeviceGate::phone(), StartReminding::on({2026, 3, 1, {}, {}}), 2, true,
+    const ReminderMeta meta(Style::escalate(), PlaceTrigger{PlaceTrigger::Edge::arrive, "gym", 60}, Date{12.5}, "home",
+                            DeviceGate::phone(), StartReminding::on({2026, 3, 1, {}, {}}), 2, true,
                             Snooze{Date{100}, DateComponents{2026, 3, 14, 9, 0}, DateComponents{2026, 3, 13, {}, {}}},
                             Date{-3.25}, Source::cli, CapturePlace{"Café", 52.37, 4.89});
     const std::string encoded = text(meta.toJson());
@@ -45,13 +47,15 @@ TEST(ReminderMetaJson, NullsReadAsAbsent) {
 }
 
 TEST(ReminderMetaJson, RefusesWrongShapes) {
+    for (const char* document :
+         {R"({"style":{"once":{}},"firstSeen":0})", R"({"style":{"once":{}},"fromCompletion":false})",
+          R"({"fromCompletion":false,"firstSeen":0})"})
+        EXPECT_THROW(decoded<ReminderMeta>(document), DecodeError) << document;
+    // One bad optional field fails the whole record.
     const std::string base = R"({"style":{"once":{}},"fromCompletion":false,"firstSeen":0,)";
-    const std::string metas[] = {
-        R"({"style":{"once":{}},"firstSeen":0})", R"({"style":{"once":{}},"fromCompletion":false})",
-        R"({"fromCompletion":false,"firstSeen":0})", base + R"("source":"web"})", base + R"("source":"CLI"})",
-        base + R"("snooze":{}})", base + R"("capturedAt":{"latitude":1}})", base + R"("triggeredAt":"now"})",
-    };
-    for (const auto& document : metas) EXPECT_THROW(decoded<ReminderMeta>(document), DecodeError) << document;
+    for (const char* field : {R"("source":"web")", R"("source":"CLI")", R"("snooze":{})",
+                              R"("capturedAt":{"latitude":1})", R"("triggeredAt":"now")"})
+        EXPECT_THROW(decoded<ReminderMeta>(base + field + "}"), DecodeError) << field;
 
     for (const char* document : {R"({"id":"1","name":"Home","latitude":1,"longitude":2})",
                                  R"({"id":"1","name":"Home","latitude":1,"longitude":2,"radius":100,"address":7})"})
@@ -59,14 +63,14 @@ TEST(ReminderMetaJson, RefusesWrongShapes) {
 }
 
 TEST(ReminderMetaFromCapture, CopiesWhatTheStoreDoesNotHold) {
-    Capture capture{"pay rent", DateComponents{2026, 4, 1, {}, {}}, Style::alarm(),
+    Capture capture("pay rent", DateComponents{2026, 4, 1, {}, {}}, Style::alarm(),
                     PlaceTrigger{PlaceTrigger::Edge::leave, "work", 0}, "home", DeviceGate::anyMac(),
                     Recurrence{Recurrence::Frequency::monthly, 1, {}, true}, StartReminding::beforeDue(3600), 5,
-                    "Bills"};
-    EXPECT_EQ(ReminderMeta(capture, Date{42}, Source::intent),
-              ReminderMeta(Style::alarm(), capture.trigger, std::nullopt, "home", DeviceGate::anyMac(),
-                           StartReminding::beforeDue(3600), 5, true, std::nullopt, Date{42}, Source::intent,
-                           std::nullopt));
+                    "Bills");
+    EXPECT_EQ(
+        ReminderMeta(capture, Date{42}, Source::intent),
+        ReminderMeta(Style::alarm(), capture.trigger, std::nullopt, "home", DeviceGate::anyMac(),
+                     StartReminding::beforeDue(3600), 5, true, std::nullopt, Date{42}, Source::intent, std::nullopt));
     capture.recurrence->fromCompletion = false;
     EXPECT_FALSE(ReminderMeta(capture, Date{42}, Source::app).fromCompletion);
     capture.recurrence.reset();
@@ -74,12 +78,11 @@ TEST(ReminderMetaFromCapture, CopiesWhatTheStoreDoesNotHold) {
 }
 
 TEST(PlaceKey, TrimsLowersAndDropsOneLeadingThe) {
-    struct Case { std::string name, key; };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"The Office", "office"}, {" the office\n", "office"}, {"office", "office"}, {"the  office", " office"},
-        {"theatre", "theatre"}, {"  THE Gym ", "gym"}, {"the", "the"}, {"the the park", "the park"}, {"ÉCOLE", "école"},
-    };
-    for (const auto& c : cases) EXPECT_EQ(Place::key(c.name), c.key) << c.name;
+        {"theatre", "theatre"},   {"  THE Gym ", "gym"},       {"the", "the"},       {"the the park", "the park"},
+        {"ÉCOLE", "école"}};
+    for (const auto& [name, key] : cases) EXPECT_EQ(Place::key(name), key) << name;
 }
 
 TEST(PlaceJson, RoundTripsWithOptionalAddress) {
