@@ -21,15 +21,14 @@ std::string render(const Board& board) {
         std::string operator()(const BoardEntry::Later& s) const { return text(s.date); }
         std::string operator()(const BoardEntry::WaitingForTrigger& s) const { return "when " + s.trigger.place; }
     };
+    const std::pair<const char*, const std::vector<BoardEntry>&> sections[] = {
+        {"now", board.now},           {"soon", board.soon},   {"tomorrow", board.tomorrow},
+        {"thisWeek", board.thisWeek}, {"later", board.later}, {"hidden", board.hidden}};
     std::string result;
-    const char* const names[] = {"now", "soon", "tomorrow", "thisWeek", "later", "hidden"};
-    int index = 0;
-    for (const auto* entries :
-         {&board.now, &board.soon, &board.tomorrow, &board.thisWeek, &board.later, &board.hidden}) {
-        const char* name = names[index++];
-        if (entries->empty()) continue;
+    for (const auto& [name, entries] : sections) {
+        if (entries.empty()) continue;
         result += std::string(result.empty() ? "" : " | ") + name + ":";
-        for (const BoardEntry& entry : *entries)
+        for (const BoardEntry& entry : entries)
             result += " " + entry.id() + " " + std::visit(Status{}, entry.status) + ";";
     }
     return result;

@@ -8,13 +8,13 @@ namespace {
 
 using namespace PlanTesting;
 
-PlannedAlert alert(const char* key, const char* time, AlertLevel level = AlertLevel::notification,
-                   int64_t ordinal = 0) {
+const AlertLevel note = AlertLevel::notification, alarm = AlertLevel::alarm;
+
+PlannedAlert alert(const char* key, const char* time, AlertLevel level = note, int64_t ordinal = 0) {
     return {key, key, at(time), level, ordinal, {}};
 }
 
 TEST(Delivery, CutsEachKindToItsLimit) {
-    const AlertLevel alarm = AlertLevel::alarm;
     struct Case {
         const char* what;
         std::vector<PlannedAlert> alerts;
@@ -40,21 +40,17 @@ TEST(Delivery, CutsEachKindToItsLimit) {
 }
 
 TEST(Delivery, FiringGivesTheLastAlertOfEachReminderInTheSpan) {
-    const auto note = AlertLevel::notification;
-    const std::vector<PlannedAlert> alerts = {alert("b", "09:05", note, 1), alert("a", "09:00", note, 0),
-                                              alert("a", "09:10", note, 1), alert("a", "09:20", AlertLevel::alarm, 2),
-                                              alert("a", "09:20", AlertLevel::alarm, 3), alert("c", "09:20", note, 7)};
-    struct Case {
-        const char *after, *through, *expected;
-    } cases[] = {
+    const std::vector<PlannedAlert> alerts = {alert("b", "09:05", note, 1),  alert("a", "09:00", note, 0),
+                                              alert("a", "09:10", note, 1),  alert("a", "09:20", alarm, 2),
+                                              alert("a", "09:20", alarm, 3), alert("c", "09:20", note, 7)};
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"08:00", "10:00", "09:05 n1 b, 09:20 a2 a, 09:20 n7 c"},
         {"09:00", "09:10", "09:05 n1 b, 09:10 n1 a"},
         {"09:10", "09:10", ""},
         {"09:20", "10:00", ""},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(brief(VeskNag::firing(alerts, at(c.after), at(c.through)), true), c.expected)
-            << c.after << " " << c.through;
+    for (const auto& [after, through, fired] : cases)
+        EXPECT_EQ(brief(VeskNag::firing(alerts, at(after), at(through)), true), fired) << after << " " << through;
 }
 
 TEST(Delivery, AlarmIdsComeFromTheAlertIdAlone) {

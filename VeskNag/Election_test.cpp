@@ -17,13 +17,14 @@ TEST(Election, StableHashIsFnv1aOverUtf8Bytes) {
 }
 
 TEST(Election, ActivityReachesAWindowPastTheLastUse) {
-    // Used at 12:00 with a window of 300 seconds: (now, date, active at date).
+    // Used at 12:00 with a window of 300 seconds.
+    const Device used = device("m", Kind::mac, at("12:00"));
     const std::tuple<const char*, const char*, bool> cases[] = {
         {"12:05:00", "12:05:00", true}, {"12:05:01", "12:00:00", false}, {"12:01:00", "12:04:59", true},
         {"12:01:00", "12:05:00", true}, {"12:01:00", "12:05:01", false},
     };
     for (const auto& [now, date, active] : cases)
-        EXPECT_EQ(context(at(now)).isActive(device("m", Kind::mac, at("12:00")), at(date)), active) << now << " " << date;
+        EXPECT_EQ(context(at(now)).isActive(used, at(date)), active) << now << " " << date;
     EXPECT_FALSE(context(at("12:00")).isActive(device("m", Kind::mac), at("12:00"))) << "never used";
 }
 
@@ -76,8 +77,9 @@ TEST(Election, Ownership) {
         PlanContext context = PlanTesting::context(at("12:01"));
         context.me = c.me;
         context.devices = c.devices;
-        EXPECT_EQ(VeskNag::owns(PlannedAlert{"k", "t", at(c.fireDate), c.level, 0, c.gate}, context), c.owned) << c.what;
-        EXPECT_EQ(VeskNag::fallsBackToMe(context), c.fallsBack) << c.what;
+        SCOPED_TRACE(c.what);
+        EXPECT_EQ(VeskNag::owns(PlannedAlert{"k", "t", at(c.fireDate), c.level, 0, c.gate}, context), c.owned);
+        EXPECT_EQ(VeskNag::fallsBackToMe(context), c.fallsBack);
     }
 }
 

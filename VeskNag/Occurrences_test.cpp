@@ -13,16 +13,15 @@ using Frequency = Recurrence::Frequency;
 std::string show(const std::vector<DateComponents>& days) {
     std::string result;
     for (const DateComponents& c : days) {
-        char text[48];
-        std::snprintf(text, sizeof text, "%04lld-%02lld-%02lld", (long long)*c.year, (long long)*c.month, (long long)*c.day);
-        result += (result.empty() ? "" : ", ") + std::string(text);
-        if (c.hour) result += (std::snprintf(text, sizeof text, " %02lld:%02lld", (long long)*c.hour, (long long)*c.minute), text);
+        result +=
+            (result.empty() ? "" : ", ") + Text::format("%04d-%02d-%02d", int(*c.year), int(*c.month), int(*c.day));
+        if (c.hour) result += Text::format(" %02d:%02d", int(*c.hour), int(*c.minute));
     }
     return result;
 }
 
-Recurrence rule(Frequency frequency, int64_t interval = 1, std::vector<int64_t> weekdays = {}, bool fromCompletion = false) {
-    return {frequency, interval, std::move(weekdays), fromCompletion};
+Recurrence rule(Frequency frequency, int64_t interval = 1, std::vector<int64_t> weekdays = {}, bool fromDone = false) {
+    return {frequency, interval, std::move(weekdays), fromDone};
 }
 
 TEST(Occurrences, Rules) {
@@ -61,13 +60,17 @@ TEST(Occurrences, Rules) {
 }
 
 TEST(Occurrences, AWalkStartsNearWhereItIsWanted) {
-    std::vector<DateComponents> visited;
-    auto firstThree = [&](const DateComponents& next) { return visited.push_back(next), visited.size() < 3; };
-    VeskNag::forEachOccurrence(rule(Frequency::daily, 2), {2026, 3, 1, 9, 0}, at("2026-03-10 12:00"), amsterdam(), firstThree);
-    EXPECT_EQ(show(visited), "2026-03-07 09:00, 2026-03-09 09:00, 2026-03-11 09:00");
-    visited.clear();
-    VeskNag::forEachOccurrence(rule(Frequency::monthly), day(2016, 3, 14), at("2026-03-14 12:00"), amsterdam(), firstThree);
-    EXPECT_EQ(show(visited), "2025-11-14, 2025-12-14, 2026-01-14") << "a little early, not ten years early";
+    auto firstThree = [](const Recurrence& rule, const DateComponents& due, const char* after) {
+        std::vector<DateComponents> seen;
+        VeskNag::forEachOccurrence(rule, due, at(after), amsterdam(),
+                                   [&](const DateComponents& next) { return seen.push_back(next), seen.size() < 3; });
+        return show(seen);
+    };
+    EXPECT_EQ(firstThree(rule(Frequency::daily, 2), {2026, 3, 1, 9, 0}, "2026-03-10 12:00"),
+              "2026-03-07 09:00, 2026-03-09 09:00, 2026-03-11 09:00");
+    EXPECT_EQ(firstThree(rule(Frequency::monthly), day(2016, 3, 14), "2026-03-14 12:00"),
+              "2025-11-14, 2025-12-14, 2026-01-14")
+        << "a little early, not ten years early";
 }
 
 TEST(Occurrences, NextDue) {

@@ -42,7 +42,8 @@ TEST(PlaceEvents, PlacesNeeded) {
     };
     for (const auto& c : cases) {
         std::string places;
-        for (const auto& place : VeskNag::placesNeeded(c.items, context(at(c.now)))) places += (places.empty() ? "" : ", ") + place;
+        for (const auto& place : VeskNag::placesNeeded(c.items, context(at(c.now))))
+            places += (places.empty() ? "" : ", ") + place;
         EXPECT_EQ(places, c.places) << c.what;
     }
 }
@@ -70,9 +71,10 @@ TEST(PlaceEvents, ArrivingAndLeaving) {
         // clang-format on
     };
     for (const auto& c : cases) {
-        const std::map<std::string, ReminderMeta> metas = {{"r", c.before}, {"plain", ReminderMeta(Style::once(), false, {})}};
+        const std::map<std::string, ReminderMeta> metas = {{"r", c.before},
+                                                           {"plain", ReminderMeta(Style::once(), false, {})}};
         auto changed = VeskNag::placeEvent(c.edge, c.place, at(c.time), metas);
-        std::string after = changed.empty() ? "" : changed.at("r").triggeredAt ? text(*changed.at("r").triggeredAt) : "-";
+        const std::string after = changed.empty() ? "" : optionalText(changed.at("r").triggeredAt);
         EXPECT_EQ(after, c.after) << c.what;
         EXPECT_LE(changed.size(), 1u) << c.what;
     }

@@ -4,10 +4,12 @@
 // written as wall-clock text on Saturday 14 March 2026 unless a date is given.
 
 #include <cstdio>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "Platform/Calendar.h"
+#include "Platform/Text.h"
 #include "VeskNag/PlanContext.h"
 #include "VeskNag/PlannedAlert.h"
 
@@ -20,12 +22,9 @@ inline const Calendar& amsterdam() {
 
 // "09:20", "09:20:05", "2026-03-20 09:20" or "2026-03-20 09:20:05", Amsterdam time.
 inline Date at(const std::string& text) {
-    int year = 2026, month = 3, day = 14, hour = 0, minute = 0, second = 0;
-    if (text.size() > 8) {
-        std::sscanf(text.c_str(), "%d-%d-%d %d:%d:%d", &year, &month, &day, &hour, &minute, &second);
-    } else {
-        std::sscanf(text.c_str(), "%d:%d:%d", &hour, &minute, &second);
-    }
+    const std::string full = text.size() > 8 ? text : "2026-03-14 " + text;
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    std::sscanf(full.c_str(), "%d-%d-%d %d:%d:%d", &year, &month, &day, &hour, &minute, &second);
     return amsterdam().date({year, month, day, hour, minute})->addingTimeInterval(second);
 }
 
@@ -33,58 +32,41 @@ inline DateComponents day(int64_t year, int64_t month, int64_t day) { return {ye
 
 // The reverse of `at`: the date only when it isn't 14 March, the seconds only when set.
 inline std::string text(Date date) {
-    DateComponents c = amsterdam().components(date);
-    int second = static_cast<int>(amsterdam().component(CalendarComponent::second, date));
-    char buffer[48];
-    int length = *c.year == 2026 && *c.month == 3 && *c.day == 14
-                     ? 0
-                     : std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d ", int(*c.year), int(*c.month), int(*c.day));
-    length += std::snprintf(buffer + length, sizeof buffer - length, "%02d:%02d", int(*c.hour), int(*c.minute));
-    if (second) std::snprintf(buffer + length, sizeof buffer - length, ":%02d", second);
-    return buffer;
+    const DateComponents c = amsterdam().components(date);
+    const int second = int(amsterdam().component(CalendarComponent::second, date));
+    const bool the14th = *c.year == 2026 && *c.month == 3 && *c.day == 14;
+    return (the14th ? "" : Text::format("%04d-%02d-%02d ", int(*c.year), int(*c.month), int(*c.day))) +
+           Text::format("%02d:%02d", int(*c.hour), int(*c.minute)) + (second ? Text::format(":%02d", second) : "");
 }
+
+inline std::string optionalText(std::optional<Date> date) { return date ? text(*date) : "-"; }
 
 // Alerts as "09:30 n2, 09:45 t3, 10:00 a4 key": time, level (n, t, a), ordinal, and the
 // key when `withKeys`.
 inline std::string brief(const std::vector<PlannedAlert>& alerts, bool withKeys = false) {
     std::string result;
     for (const PlannedAlert& alert : alerts) {
-        if (!result.empty()) result += ", ";
-        result += text(alert.fireDate) + " " + "nta"[static_cast<int>(alert.level)] + std::to_string(alert.ordinal);
+        result += (result.empty() ? "" : ", ") + text(alert.fireDate) + " " + "nta"[int(alert.level)] +
+                  std::to_string(alert.ordinal);
         if (withKeys) result += " " + alert.key;
     }
     return result;
 }
 
 inline NagItem item(std::string key, Style style = Style::repeatUntilDone(), std::optional<DateComponents> due = {}) {
-    return NagItem{
-        .key = key, .title = key, .due = due, .isCompleted = false, .style = style, .firstSeen = at("08:00")};
+    return NagItem{.key = key, .title = key, .due = due, .style = style, .firstSeen = at("08:00")};
 }
 
 inline Device device(std::string id, Device::Kind kind, std::optional<Date> lastActive = {}, bool relayOnly = false) {
     return Device{.id = id, .kind = kind, .name = id, .relayOnly = relayOnly, .lastActive = lastActive, .places = {}};
 }
 
-// A lone Mac that nobody used lately, so every alert falls back to it.
+// A lone Mac that nobody used lately, so every alert falls back to it; the default settings,
+// no place known.
 inline PlanContext context(Date now, double horizon = 86400, int64_t limit = 500) {
-    Device me = device("mac", Device::Kind::mac);
-    return PlanContext{.now = now,
-                       .calendar = amsterdam(),
-                       .settings = NagSettings{},
-                       .me = me,
-                       .devices = {me},
-                       .inside = {},
-                       .arrivedAt = {},
-                       .horizon = horizon,
-                       .limit = limit,
-                       .activeWindow = PlanContext::defaultActiveWindow};
+    const Device me = device("mac", Device::Kind::mac);
+    return {now, amsterdam(), NagSettings{}, me, {me}, {}, {}, horizon, limit, PlanContext::defaultActiveWindow};
 }
-
-}  // namespace PlanTesting
-
-#include <random>
-
-namespace PlanTesting {
 
 // `count` distinct reminders of every style, with dates over sixty days from `daysBack` days
 // ago (or all due at `dueDay`), and a share of date-only, undated, recurring, place-gated,
@@ -100,8 +82,8 @@ inline std::vector<NagItem> mixedItems(size_t count, Date now, uint32_t seed = 1
         NagItem item = PlanTesting::item("r" + std::to_string(i), styles[random() % 6]);
         item.title = "Reminder " + std::to_string(i);
         item.firstSeen = now.addingTimeInterval(-double(random() % (86400 * 30)));
-        DateComponents due =
-            amsterdam().components(now.addingTimeInterval(double(random() % (86400 * 60)) - 86400.0 * double(daysBack)));
+        DateComponents due = amsterdam().components(
+            now.addingTimeInterval(double(random() % (86400 * 60)) - 86400.0 * double(daysBack)));
         if (dueDay) due.year = dueDay->year, due.month = dueDay->month, due.day = dueDay->day;
         due.minute = int64_t(random() % 4) * 15;
         const auto shape = random() % 8;
