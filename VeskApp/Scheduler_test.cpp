@@ -12,13 +12,8 @@ StoreData withReminder(Style style, DateComponents due) {
     StoreData data;
     data.lists["l"] = StoredList{"l", "Reminders", false};
     data.defaultList = "l";
-    StoredReminder reminder;
-    reminder.key = "k";
-    reminder.title = "k";
-    reminder.due = due;
-    reminder.list = "l";
-    reminder.meta = ReminderMeta(style, false, at("2026-11-01 08:00"));
-    data.reminders["k"] = reminder;
+    data.reminders["k"] =
+        StoredReminder{"k", "k", due, false, {}, "l", {}, ReminderMeta(style, false, at("2026-11-01 08:00"))};
     return data;
 }
 

@@ -1,10 +1,7 @@
 #include "VeskApp/Store.h"
 
-#include <sys/stat.h>
-
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -13,6 +10,12 @@
 namespace {
 
 namespace fs = std::filesystem;
+
+std::string bytes(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+int mode(const std::string& file) { return static_cast<int>(fs::status(file).permissions()); }
 
 // A fresh directory for the store, removed afterwards.
 class StoreTest : public testing::Test {
@@ -25,35 +28,22 @@ protected:
     }
     void TearDown() override { fs::remove_all(directory); }
 
-    static std::string bytes(const std::string& file) {
-        std::ostringstream text;
-        text << std::ifstream(file, std::ios::binary).rdbuf();
-        return text.str();
-    }
-    static int mode(const std::string& file) {
-        struct stat info {};
-        stat(file.c_str(), &info);
-        return info.st_mode & 0777;
-    }
-
     std::string directory, path;
 };
 
 StoredReminder fullReminder(const std::string& list) {
-    StoredReminder reminder;
-    reminder.key = "6d3c2b1a-0000-4000-8000-000000000001";
-    reminder.title = "call mum";
-    reminder.due = DateComponents{2026, 11, 18, 18, 0};
-    reminder.list = list;
-    reminder.recurrence = Recurrence{Recurrence::Frequency::weekly, 2, {2, 4}, false};
-    reminder.meta = ReminderMeta(Style::repeatUntilDone(900), false, Date{800000000});
+    StoredReminder reminder("6d3c2b1a-0000-4000-8000-000000000001", "call mum", DateComponents{2026, 11, 18, 18, 0},
+                            false, std::nullopt, list, Recurrence{Recurrence::Frequency::weekly, 2, {2, 4}, false},
+                            ReminderMeta(Style::repeatUntilDone(900), false, Date{800000000}));
     reminder.meta.trigger = PlaceTrigger{PlaceTrigger::Edge::leave, "work", 600};
     reminder.meta.triggeredAt = Date{800000100.5};
     reminder.meta.snooze = Snooze{Date{800003600}, DateComponents{2026, 11, 18, 18, 0}, std::nullopt};
     return reminder;
 }
 
-TEST_F(StoreTest, FirstRunMakesAPrivateStoreWithADefaultList) {
+TEST_F(StoreTest, FirstRunMakesAPrivateStoreWithADefaultListAndReadingOnlyCreatesNothing) {
+    EXPECT_TRUE(Store(path, Database::Mode::readOnly).failure());
+    EXPECT_FALSE(fs::exists(path));
     Store store(path);
     ASSERT_FALSE(store.failure()) << *store.failure();
     auto data = store.data();
@@ -65,11 +55,12 @@ TEST_F(StoreTest, FirstRunMakesAPrivateStoreWithADefaultList) {
     EXPECT_EQ(Database(path, Database::Mode::readOnly).pragma("user_version"), Store::schemaVersion);
 }
 
+// Saved changes are there after reopening; a change that throws changes nothing.
 TEST_F(StoreTest, WhatAChangeSavedIsThereAfterReopening) {
     StoreData saved;
     {
         Store store(path);
-        saved = *store.change([](StoreData& data) {
+        store.change([](StoreData& data) {
             data.reminders["6d3c2b1a-0000-4000-8000-000000000001"] = fullReminder(data.defaultList);
             data.places["home"] = Place{"p1", "Home", 52.37022, 4.89517, 150, "1 Main St"};
             data.settings.stagger = 60;
@@ -80,36 +71,24 @@ TEST_F(StoreTest, WhatAChangeSavedIsThereAfterReopening) {
             data.geocoded["1 main st"] = Geocoded{52.37022, 4.89517, "1 Main St, Amsterdam", Date{800000000}};
         });
         saved = *store.change([](StoreData& data) { data.reminders.begin()->second.completed = true; });
+        auto failing = [](StoreData& data) {
+            data.reminders["k"] = fullReminder(data.defaultList);
+            throw WireError{WireError::Code::invalid, "no"};
+        };
+        EXPECT_THROW(store.change(failing), WireError);
+        EXPECT_EQ(*store.data(), saved);
     }
     Store reopened(path);
     EXPECT_EQ(*reopened.data(), saved);
     EXPECT_TRUE(reopened.data()->reminders.begin()->second.completed);
 }
 
-TEST_F(StoreTest, AFailedChangeChangesNothing) {
-    Store store(path);
-    auto before = store.data();
-    EXPECT_THROW(store.change([](StoreData& data) {
-        data.reminders["k"] = fullReminder(data.defaultList);
-        throw WireError{WireError::Code::invalid, "no"};
-    }),
-                 WireError);
-    EXPECT_EQ(*store.data(), *before);
-    EXPECT_EQ(*Store(path).data(), *before);
-}
-
 TEST_F(StoreTest, FilesItCannotUseAreLeftAsTheyAre) {
-    {
-        Store store(path);
-        store.change([](StoreData& data) {
-            for (int i = 0; i < 200; ++i) data.reminders["k" + std::to_string(i)] = fullReminder(data.defaultList);
-        });
-    }
+    Store(path).change([](StoreData& data) {
+        for (int i = 0; i < 200; ++i) data.reminders["k" + std::to_string(i)] = fullReminder(data.defaultList);
+    });
     const std::string whole = bytes(path);
-    {
-        Database newer(path, Database::Mode::readWrite);
-        newer.execute("PRAGMA user_version = 7");
-    }
+    Database(path, Database::Mode::readWrite).execute("PRAGMA user_version = 7");
     std::string text;
     while (text.size() < 64 * 1024) text += "this is no database, just text that someone put here. ";
     const std::pair<std::string, std::string> files[] = {
@@ -132,14 +111,9 @@ TEST_F(StoreTest, FilesItCannotUseAreLeftAsTheyAre) {
 }
 
 TEST_F(StoreTest, AStoreOfTheFirstVersionIsBroughtUpToDateWithItsDataKept) {
-    {
-        Store store(path);
-        store.change([](StoreData& data) { data.places["home"] = Place{"p1", "Home", 52.37022, 4.89517, 150, {}}; });
-    }
-    {
-        Database first(path, Database::Mode::readWrite);
-        first.execute("DROP TABLE presence; DROP TABLE geocoded; PRAGMA user_version = 1");
-    }
+    Store(path).change([](StoreData& data) { data.places["home"] = Place{"p1", "Home", 52.37022, 4.89517, 150, {}}; });
+    Database(path, Database::Mode::readWrite)
+        .execute("DROP TABLE presence; DROP TABLE geocoded; PRAGMA user_version = 1");
     Store store(path);
     ASSERT_FALSE(store.failure()) << *store.failure();
     EXPECT_EQ(store.data()->places.at("home").name, "Home");
@@ -148,18 +122,10 @@ TEST_F(StoreTest, AStoreOfTheFirstVersionIsBroughtUpToDateWithItsDataKept) {
     EXPECT_TRUE(Store(path).data()->presence.at("home").inside);
 }
 
-TEST_F(StoreTest, ReadingOnlyCreatesNothing) {
-    Store store(path, Database::Mode::readOnly);
-    EXPECT_TRUE(store.failure());
-    EXPECT_FALSE(fs::exists(path));
-}
-
 TEST_F(StoreTest, ARowItCannotReadIsSkippedAndKept) {
-    { Store store(path); }
-    {
-        Database database(path, Database::Mode::readWrite);
-        database.execute("INSERT INTO reminders (key, title, list, meta) VALUES ('bad', 'x', 'none', '{\"style\":7}')");
-    }
+    Store{path};  // makes the file
+    Database(path, Database::Mode::readWrite)
+        .execute("INSERT INTO reminders (key, title, list, meta) VALUES ('bad', 'x', 'none', '{\"style\":7}')");
     Store store(path);
     EXPECT_FALSE(store.data()->reminders.count("bad"));
     store.change([](StoreData& data) { data.settings.stagger = 120; });

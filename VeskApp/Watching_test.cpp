@@ -12,10 +12,8 @@ const Date noon = *amsterdam.date({2026, 11, 18, 12, 0});
 StoredReminder waiting(const std::string& key, std::optional<PlaceTrigger> trigger,
                        std::optional<std::string> gate = {}) {
     StoredReminder reminder;
-    reminder.key = key;
-    reminder.title = key;
+    reminder.key = reminder.title = key;
     reminder.list = "list";
-    reminder.meta = ReminderMeta(Style::repeatUntilDone(), false, Date{});
     reminder.meta.trigger = trigger;
     reminder.meta.gate = gate;
     return reminder;
@@ -32,11 +30,10 @@ StoreData store() {
              waiting("leaving home", PlaceTrigger{Edge::leave, "home", 600}),
              waiting("at work", PlaceTrigger{Edge::arrive, "work", 0}),
              waiting("gym bag", std::nullopt, "gym"),
+             waiting("done", PlaceTrigger{Edge::arrive, "home", 0}),
          })
         data.reminders[reminder.key] = reminder;
-    StoredReminder done = waiting("done", PlaceTrigger{Edge::arrive, "home", 0});
-    done.completed = true;
-    data.reminders[done.key] = done;
+    data.reminders["done"].completed = true;
     return data;
 }
 

@@ -19,8 +19,8 @@ TEST(Listing, ARowTellsWhyAReminderStandsWhereItDoes) {
     auto row = [](const BoardEntry& entry) { return Listing::dto(entry, "now", 1, {}, at("12:00"), amsterdam()); };
     EXPECT_EQ(row(entry("due", BoardEntry::Due{at("09:05")},
                         [&](NagItem& i) { i.trigger = home, i.deviceGate = DeviceGate::phone(); })),
-              (ReminderDTO{1, "due", "due", {}, "now", "due", "2026-03-14T08:05:00Z", "2026-03-14T09:05", "repeat", 900,
-                           "home", "phone", "due 2 hours ago \u00b7 repeat every 15 min until done"}));
+              ReminderDTO(1, "due", "due", {}, "now", "due", "2026-03-14T08:05:00Z", "2026-03-14T09:05", "repeat", 900,
+                          "home", "phone", "due 2 hours ago \u00b7 repeat every 15 min until done"));
 
     // status | at | place | device | detail
     const std::pair<BoardEntry, const char*> cases[] = {

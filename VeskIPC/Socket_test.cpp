@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <pwd.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,13 +18,17 @@
 
 namespace {
 
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+namespace fs = std::filesystem;
+
 Request add(const std::string& text) { return Request{Request::Add{text, false}}; }
 
 Response titled(const std::string& title) { return {.reminder = ReminderDTO{.id = "id-1", .title = title}}; }
 
 // The title of the answer to an add of `text`.
-std::string ask(const std::string& path, const std::string& text, double timeout = 5) {
-    auto result = SocketClient::send(add(text), path, timeout);
+std::string ask(const std::string& path, const std::string& text) {
+    auto result = SocketClient::send(add(text), path, 10);
     if (const auto* response = std::get_if<Response>(&result); response && response->reminder)
         return response->reminder->title;
     return "<no reminder>";
@@ -33,9 +36,7 @@ std::string ask(const std::string& path, const std::string& text, double timeout
 
 // One exchange of raw bytes, the way a foreign peer might do it.
 std::string exchange(const std::string& path, const std::string& bytes) {
-    auto connected = SocketClient::connect(path);
-    if (!std::holds_alternative<int>(connected)) return "<unreachable>";
-    int descriptor = std::get<int>(connected);
+    int descriptor = std::get<int>(SocketClient::connect(path));
     VeskSocket::configure(descriptor, 5);
     VeskSocket::writeAll(descriptor, bytes);
     shutdown(descriptor, SHUT_WR);
@@ -47,10 +48,10 @@ std::string exchange(const std::string& path, const std::string& bytes) {
 // The number of threads of the process once those that are ending (of earlier tests too) are gone.
 size_t settledThreadCount(size_t expected) {
     auto count = [] {
-        auto tasks = std::filesystem::directory_iterator("/proc/self/task");
+        auto tasks = fs::directory_iterator("/proc/self/task");
         return static_cast<size_t>(std::distance(begin(tasks), end(tasks)));
     };
-    for (int i = 0; i < 200 && count() > expected; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    for (int i = 0; i < 200 && count() > expected; ++i) std::this_thread::sleep_for(10ms);
     return count();
 }
 
@@ -69,19 +70,19 @@ protected:
     }
     void TearDown() override {
         servers.clear();
-        std::filesystem::remove_all(dir);
+        fs::remove_all(dir);
     }
     std::string path(const std::string& name = "vesk.sock") const { return dir + "/" + name; }
 
-    // A server on `where` that has started, and lives until the end of the test.
-    SocketServer& serve(const std::string& where, SocketServer::Handler handler) {
-        auto& server = *servers.emplace_back(std::make_unique<SocketServer>(where, std::move(handler)));
-        EXPECT_EQ(server.start(), std::nullopt) << where;
-        return server;
+    // A server of echo() on `where` that has started, and lives until the end of the test.
+    void serve(const std::string& where) {
+        servers.push_back(std::make_unique<SocketServer>(where, echo()));
+        EXPECT_EQ(servers.back()->start(), std::nullopt) << where;
     }
 
     // Answers an add with a reminder titled by its text, and counts its calls. An add of
     // "missing" throws a WireError; one of "slow" waits in the handler until released.
+    // What it shares outlives the fixture: detached exchanges may still run it.
     SocketServer::Handler echo() const {
         return [calls = calls, hold = hold](const Request& request) {
             ++*calls;
@@ -117,13 +118,12 @@ TEST(VeskSocket, PathsAreUnderThePasswordEntrysHome) {
     EXPECT_EQ(candidates,
               (std::vector<std::string>{prefix + "Library/Group Containers/T4KQ79WB3X.com.kerwold.vesk/vesk.sock",
                                         prefix + "Library/Application Support/Vesk/vesk.sock"}));
-    EXPECT_EQ(VeskSocket::defaultPath(), candidates[0]);
 }
 
 TEST_F(SocketTest, PathOf103BytesServesAnd104IsTooLong) {
     auto ofLength = [&](size_t length) { return dir + "/" + std::string(length - dir.size() - 1, 'x'); };
     std::string fits = ofLength(103), tooLong = ofLength(104);
-    serve(fits, echo());
+    serve(fits);
     EXPECT_EQ(ask(fits, "fits"), "fits");
 
     EXPECT_FALSE(VeskSocket::address(tooLong));
@@ -141,16 +141,14 @@ TEST_F(SocketTest, StartReplacesAStaleFileWithMode0600ButNotALiveServer) {
     auto address = VeskSocket::address(path());
     ASSERT_EQ(bind(descriptor, reinterpret_cast<const sockaddr*>(&*address), VeskSocket::addressLength()), 0);
     close(descriptor);
-    EXPECT_TRUE(std::filesystem::exists(path()));
+    EXPECT_TRUE(fs::exists(path()));
     EXPECT_FALSE(SocketClient::isListening(path()));
     EXPECT_EQ(std::get<SocketError>(SocketClient::send(add("x"), path(), 5)), SocketError::unreachable());
     EXPECT_FALSE(SocketClient::isListening(path("absent.sock")));
 
-    serve(path(), echo());
-    struct stat info {};
-    ASSERT_EQ(stat(path().c_str(), &info), 0);
-    EXPECT_TRUE(S_ISSOCK(info.st_mode));
-    EXPECT_EQ(info.st_mode & 07777, 0600u);
+    serve(path());
+    EXPECT_EQ(fs::status(path()).type(), fs::file_type::socket);
+    EXPECT_EQ(fs::status(path()).permissions(), fs::perms(0600));
     EXPECT_EQ(ask(path(), "replaced"), "replaced");
 
     SocketServer second(path(), [](const Request&) { return titled("second"); });
@@ -159,7 +157,7 @@ TEST_F(SocketTest, StartReplacesAStaleFileWithMode0600ButNotALiveServer) {
     EXPECT_EQ(ask(path(), "first"), "first");
 
     // Parent directories are made.
-    serve(path("a/b/vesk.sock"), echo());
+    serve(path("a/b/vesk.sock"));
     EXPECT_EQ(ask(path("a/b/vesk.sock"), "deep"), "deep");
 }
 
@@ -171,14 +169,14 @@ TEST_F(SocketTest, StopIsIdempotentEndsTheAcceptThreadAndTheServerCanStartAgain)
     server.stop();
     server.stop();
     EXPECT_FALSE(SocketClient::isListening(path()));
-    EXPECT_FALSE(std::filesystem::exists(path()));
+    EXPECT_FALSE(fs::exists(path()));
     EXPECT_EQ(settledThreadCount(1), 1u);
     ASSERT_EQ(server.start(), std::nullopt);
     EXPECT_EQ(ask(path(), "again"), "again");
 }
 
-TEST_F(SocketTest, EmptyUndecodableAndFailedRequests) {
-    serve(path(), echo());
+TEST_F(SocketTest, EmptyUndecodableFailedAndMultiMegabyteRequests) {
+    serve(path());
     // Nothing sent: no answer, and the server goes on.
     EXPECT_EQ(exchange(path(), ""), "");
     EXPECT_EQ(ask(path(), "next"), "next");
@@ -191,54 +189,44 @@ TEST_F(SocketTest, EmptyUndecodableAndFailedRequests) {
     }
     EXPECT_EQ(*calls, 1);
     // A WireError the handler throws is the answer.
-    auto result = SocketClient::send(add("missing"), path(), 5);
-    ASSERT_TRUE(std::holds_alternative<Response>(result));
-    EXPECT_EQ(std::get<Response>(result), (Response{.error = missing}));
-}
+    EXPECT_EQ(std::get<Response>(SocketClient::send(add("missing"), path(), 5)), (Response{.error = missing}));
 
-TEST_F(SocketTest, MultiMegabyteRequestAndAnswerCross) {
     std::string text;
     for (int i = 0; text.size() < 5'000'000; ++i) text += "line " + std::to_string(i) + " \"quoted\" ünïcode\n";
-    serve(path(), echo());
-    EXPECT_EQ(ask(path(), text, 10), text);
+    EXPECT_EQ(ask(path(), text), text);
 }
 
-// Peers that send nothing, or half a request and then nothing, hold up no one else.
-TEST_F(SocketTest, SilentPeersKeepNoOneWaiting) {
-    serve(path(), echo());
+// Peers that send nothing, or half a request and then nothing, and a handler slower than
+// its client's patience hold up no one else.
+TEST_F(SocketTest, SilentPeersAndASlowHandlerKeepNoOneWaiting) {
+    serve(path());
     std::vector<int> silent;
     for (const std::string& half : {std::string(), std::string(R"({"add":{"text":"half)")}) {
-        auto connected = SocketClient::connect(path());
-        ASSERT_TRUE(std::holds_alternative<int>(connected));
-        silent.push_back(std::get<int>(connected));
+        silent.push_back(std::get<int>(SocketClient::connect(path())));
         VeskSocket::writeAll(silent.back(), half);
     }
-    auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(ask(path(), "served", 5), "served");
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+    auto begin = Clock::now();
+    EXPECT_EQ(ask(path(), "served"), "served");
+    EXPECT_LT(Clock::now() - begin, 1s);
     for (int descriptor : silent) close(descriptor);
-}
 
-TEST_F(SocketTest, SlowHandlerPastTheClientsTimeoutFailsHarmlessly) {
-    serve(path(), echo());
-    auto begin = std::chrono::steady_clock::now();
+    begin = Clock::now();
     EXPECT_EQ(std::get<SocketError>(SocketClient::send(add("slow"), path(), 1)), SocketError::noResponse());
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
-    // The slow answer holds up nobody else.
+    EXPECT_LT(Clock::now() - begin, 5s);
     EXPECT_EQ(ask(path(), "quick"), "quick");
 
     // Its write goes to a closed peer: no SIGPIPE, and the server goes on.
     std::signal(SIGPIPE, SIG_DFL);
     hold->release.set_value();
     hold->leaving.get_future().wait();
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    std::this_thread::sleep_for(100ms);
     EXPECT_EQ(ask(path(), "after"), "after");
 }
 
 TEST_F(SocketTest, DestroyingTheServerLetsAnExchangeUnderWayFinish) {
     auto server = std::make_unique<SocketServer>(path(), echo());
     ASSERT_EQ(server->start(), std::nullopt);
-    auto client = std::async(std::launch::async, [&] { return ask(path(), "slow", 10); });
+    auto client = std::async(std::launch::async, [&] { return ask(path(), "slow"); });
     hold->entered.get_future().wait();
     server.reset();
     EXPECT_FALSE(SocketClient::isListening(path()));
@@ -248,13 +236,13 @@ TEST_F(SocketTest, DestroyingTheServerLetsAnExchangeUnderWayFinish) {
 
 TEST_F(SocketTest, PeerOfAnotherUserGetsNoAnswer) {
     if (getuid() != 0) GTEST_SKIP() << "needs root to act as another user";
-    serve(path(), echo());
-    ASSERT_EQ(chmod(dir.c_str(), 0711), 0);
-    ASSERT_EQ(chmod(path().c_str(), 0666), 0);
-    std::string request = *encodeWire(add("intruder"));
-    auto address = *VeskSocket::address(path());
+    serve(path());
+    fs::permissions(dir, fs::perms(0711));
+    fs::permissions(path(), fs::perms(0666));
+    const std::string request = *encodeWire(add("intruder"));
+    const sockaddr_un address = *VeskSocket::address(path());
 
-    pid_t child = fork();
+    const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
         // Only system calls here: the parent has threads.
