@@ -1,6 +1,6 @@
 #pragma once
 
-#include <map>
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -20,8 +20,9 @@
 // Every vesk-app of the harness, started by it or by vesk, is stopped when it is destroyed.
 class AppHarness {
 public:
-    AppHarness();
-    ~AppHarness();
+    // Without `withApp`, vesk stands alone in bin/.
+    explicit AppHarness(bool withApp = true);
+    ~AppHarness() { stop(); }
     AppHarness(const AppHarness&) = delete;
     AppHarness& operator=(const AppHarness&) = delete;
 
@@ -30,31 +31,29 @@ public:
     const std::string& base() const { return private_.base(); }
     // ~/.local/share/vesk: the store and the lock.
     std::string dataDirectory() const { return home() + "/.local/share/vesk"; }
-    std::string appPath() const { return bin_ + "/vesk-app"; }
+    std::string appPath() const { return base() + "/bin/vesk-app"; }
 
     // The local time every process starts at, as faketime reads it.
     std::string moment = "2026-11-18 10:00:00";
-    // What vesk and the app run with: testEnvironment(). Tests may add to it.
-    std::map<std::string, std::string> environment = testEnvironment();
+    // What vesk and the app run with. Tests may change it.
+    Environment environment = testEnvironment();
 
     // Starts vesk-app in the foreground with `arguments`; returns once it listens. Throws
     // when it doesn't within 10 seconds.
     void start(const std::vector<std::string>& arguments = {});
-    // Stops every vesk-app of the harness (SIGTERM) and waits until they are gone.
-    void stop();
-    // SIGKILL to every vesk-app of the harness, and waits until they are gone.
-    void kill();
+    // Ends every vesk-app of the harness and waits until they are gone: a killed one lets go
+    // of its lock only then.
+    void stop() { endProcessesOf(appPath(), SIGTERM); }
+    void kill() { endProcessesOf(appPath(), SIGKILL); }
 
-    // Runs vesk, or vesk-app to its end, under faketime.
-    ProcessResult vesk(const std::vector<std::string>& arguments) const { return run(bin_ + "/vesk", arguments); }
+    // Runs vesk, or vesk-app to its end.
+    ProcessResult vesk(const std::vector<std::string>& arguments) const { return run(base() + "/bin/vesk", arguments); }
     ProcessResult app(const std::vector<std::string>& arguments) const { return run(appPath(), arguments); }
 
 private:
-    std::vector<std::string> underFaketime(const std::string& program, const std::vector<std::string>& arguments) const;
     ProcessResult run(const std::string& program, const std::vector<std::string>& arguments) const {
-        return runProcess(underFaketime(program, arguments), environment);
+        return runProcess(underFaketime(moment, program, arguments), environment);
     }
 
     PrivateHome private_;
-    std::string bin_;
 };

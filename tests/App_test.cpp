@@ -21,17 +21,14 @@ struct Step {
 
 // Ids are random UUIDs; the rest of a JSON answer compares as it stands.
 std::string masked(std::string text) {
-    auto isUuid = [&](size_t at) {
-        if (at + 36 > text.size()) return false;
-        for (size_t i = 0; i < 36; ++i) {
-            const char c = text[at + i];
-            const bool dash = i == 8 || i == 13 || i == 18 || i == 23;
-            if (dash ? c != '-' : !std::isxdigit(static_cast<unsigned char>(c)) || std::isupper(c)) return false;
+    for (size_t at = 0; at + 36 <= text.size(); ++at) {
+        bool uuid = true;
+        for (size_t i = 0; i < 36 && uuid; ++i) {
+            const unsigned char c = text[at + i];
+            uuid = i == 8 || i == 13 || i == 18 || i == 23 ? c == '-' : std::isxdigit(c) && !std::isupper(c);
         }
-        return true;
-    };
-    for (size_t at = 0; at < text.size(); ++at)
-        if (isUuid(at)) text.replace(at, 36, "<id>");
+        if (uuid) text.replace(at, 36, "<id>");
+    }
     return text;
 }
 
@@ -68,9 +65,9 @@ std::string settings(int repeat) {
 }
 
 std::string report(const std::string& access, const std::string& defaultList, int reminders) {
-    return "Reminders access  " + access + "\nNotifications     unavailable\nThis Mac          Desk\n"
-           "Writes to         any list\nDefault list      " + defaultList + "\nIgnored lists     none\n"
-           "Reminders         " + std::to_string(reminders) + " incomplete\nSync              off in this build\n"
+    return "Reminders access  " + access + "\nNotifications     unavailable\nThis Mac          Desk\n" +
+           "Writes to         any list\nDefault list      " + defaultList + "\nIgnored lists     none\n" +
+           "Reminders         " + std::to_string(reminders) + " incomplete\nSync              off in this build\n" +
            "On-device model   off\nApp version       " + veskVersion + "\n";
 }
 
@@ -82,26 +79,28 @@ void nameDevice(const AppHarness& app) {
 
 TEST(App, AddReadsTheSentenceAndSaves) {
     AppHarness app;
-    run(app, {
-        {{"call", "the", "dentist", "at", "11"},
-         "what   call the dentist\nwhen   Wed, Nov 18 at 11:00 AM\nhow    repeat until done\n\n"
-         "Saved as #1 in Reminders.\n"},
-        {{"buy milk at 4pm list:Errands"},
-         "what   buy milk\nwhen   Wed, Nov 18 at 4:00 PM\nhow    repeat until done\nlist   Errands\n\n"
-         "Saved as #2 in Errands.\n"},
-        {{"pack the gym bag at 2pm only at the gym"},
-         "what   pack the gym bag\nwhen   Wed, Nov 18 at 2:00 PM\nhow    repeat until done\ngate   only at gym\n\n"
-         "Saved as #2 in Reminders.\n"},
-        {{"water the plants when I get home"},
-         "what   water the plants\nhow    repeat until done\nwhere  arrive home\n\nSaved as #4 in Reminders.\n"},
-        {{"call the plumber", "--dry-run"},
-         "what   call the plumber\nwhen   next hour\nhow    repeat until done\n\nDry run: nothing saved.\n"},
-        {{"at", "9"}, "", 1, "vesk: Vesk found nothing to remind you of in “at 9”.\n"},
-        {{"later"},
-         row(1, "call the dentist", "Wed, Nov 18 at 11:00 AM") + row(2, "pack the gym bag", "Wed, Nov 18 at 2:00 PM") +
-             row(3, "buy milk", "Wed, Nov 18 at 4:00 PM") + row(4, "water the plants", "when you get to home")},
-        {{"lists"}, "Errands\nReminders\n"},
-    });
+    run(app,
+        {
+            {{"call", "the", "dentist", "at", "11"},
+             "what   call the dentist\nwhen   Wed, Nov 18 at 11:00 AM\nhow    repeat until done\n\n"
+             "Saved as #1 in Reminders.\n"},
+            {{"buy milk at 4pm list:Errands"},
+             "what   buy milk\nwhen   Wed, Nov 18 at 4:00 PM\nhow    repeat until done\nlist   Errands\n\n"
+             "Saved as #2 in Errands.\n"},
+            {{"pack the gym bag at 2pm only at the gym"},
+             "what   pack the gym bag\nwhen   Wed, Nov 18 at 2:00 PM\nhow    repeat until done\ngate   only at gym\n\n"
+             "Saved as #2 in Reminders.\n"},
+            {{"water the plants when I get home"},
+             "what   water the plants\nhow    repeat until done\nwhere  arrive home\n\nSaved as #4 in Reminders.\n"},
+            {{"call the plumber", "--dry-run"},
+             "what   call the plumber\nwhen   next hour\nhow    repeat until done\n\nDry run: nothing saved.\n"},
+            {{"at", "9"}, "", 1, "vesk: Vesk found nothing to remind you of in “at 9”.\n"},
+            {{"later"},
+             row(1, "call the dentist", "Wed, Nov 18 at 11:00 AM") +
+                 row(2, "pack the gym bag", "Wed, Nov 18 at 2:00 PM") + row(3, "buy milk", "Wed, Nov 18 at 4:00 PM") +
+                 row(4, "water the plants", "when you get to home")},
+            {{"lists"}, "Errands\nReminders\n"},
+        });
 }
 
 // References by number, title and id; a repeating reminder stays after done, with its next
@@ -110,10 +109,11 @@ TEST(App, ListDoneSnoozeAndDelete) {
     AppHarness app;
     add(app, {"call mom today at 9am", "call dad at 11", "take vitamins every day at 18", "pay rent tomorrow at 9"});
     run(app, {
-        {{"now"}, row(1, "call mom", "due 1 hour ago")},
-        {{"later"}, row(2, "call dad", "Wed, Nov 18 at 11:00 AM") + row(3, "take vitamins", "Wed, Nov 18 at 6:00 PM") +
-                        row(4, "pay rent", "Thu, Nov 19 at 9:00 AM")},
-    });
+                 {{"now"}, row(1, "call mom", "due 1 hour ago")},
+                 {{"later"},
+                  row(2, "call dad", "Wed, Nov 18 at 11:00 AM") + row(3, "take vitamins", "Wed, Nov 18 at 6:00 PM") +
+                      row(4, "pay rent", "Thu, Nov 19 at 9:00 AM")},
+             });
     // The same rows as JSON: the time in UTC and on the wall clock.
     auto now = decodeResponse(app.vesk({"now", "--json"}).out);
     ASSERT_TRUE(now && now->reminders && now->reminders->size() == 1);
@@ -122,17 +122,21 @@ TEST(App, ListDoneSnoozeAndDelete) {
     auto listed = decodeResponse(app.vesk({"later", "--json"}).out);
     ASSERT_TRUE(listed && listed->reminders && listed->reminders->size() == 3);
     const std::string rent = listed->reminders->at(2).id;
-    run(app, {
-        {{"done", "1"}, "Done: call mom\n"},
-        {{"done", "VITAMINS"}, "Done: take vitamins\n"},
-        {{"snooze", "dad", "2h"}, "Snoozed call dad: Wed, Nov 18 at 12:00 PM · repeat until done\n"},
-        {{"snooze", "rent", "whenever"}, "", 1,
-         "vesk: Vesk can't read “whenever” as a time to come back. Try 15m, 2h, tonight, tomorrow or friday at "
-         "3pm.\n"},
-        {{"delete", rent}, "Deleted: pay rent\n"},
-        {{"now"}, "Nothing here.\n"},
-        {{"later"}, row(1, "call dad", "Wed, Nov 18 at 12:00 PM") + row(2, "take vitamins", "Thu, Nov 19 at 6:00 PM")},
-    });
+    run(app,
+        {
+            {{"done", "1"}, "Done: call mom\n"},
+            {{"done", "VITAMINS"}, "Done: take vitamins\n"},
+            {{"snooze", "dad", "2h"}, "Snoozed call dad: Wed, Nov 18 at 12:00 PM · repeat until done\n"},
+            {{"snooze", "rent", "whenever"},
+             "",
+             1,
+             "vesk: Vesk can't read “whenever” as a time to come back. Try 15m, 2h, tonight, tomorrow or friday at "
+             "3pm.\n"},
+            {{"delete", rent}, "Deleted: pay rent\n"},
+            {{"now"}, "Nothing here.\n"},
+            {{"later"},
+             row(1, "call dad", "Wed, Nov 18 at 12:00 PM") + row(2, "take vitamins", "Thu, Nov 19 at 6:00 PM")},
+        });
     const std::string left = app.vesk({"later", "--json"}).out;
     app.stop();
     EXPECT_EQ(app.vesk({"later", "--json"}).out, left);
@@ -141,23 +145,24 @@ TEST(App, ListDoneSnoozeAndDelete) {
 TEST(App, PlacesListsSettingsAndDoctor) {
     AppHarness app;
     nameDevice(app);
-    run(app, {
-        {{"places"}, "No places yet. Add one with `vesk places add home --at \"your address\"`.\n"},
-        {{"places", "add", "home", "--at", "52.37022, 4.89517"}, "Saved home: 52.37022, 4.89517 (100 m)\n"},
-        {{"places", "add", "gym", "--at", "52.3, 4.9", "--radius", "80"}, "Saved gym: 52.30000, 4.90000 (80 m)\n"},
-        {{"feed the cat when I get home"},
-         "what   feed the cat\nhow    repeat until done\nwhere  arrive home\n\nSaved as #1 in Reminders.\n"},
-        {{"places"}, "gym  52.30000, 4.90000 (80 m)  0 reminders\nhome  52.37022, 4.89517 (100 m)  1 reminder\n"},
-        {{"places", "remove", "gym"}, "Removed gym.\n"},
-        {{"places", "remove", "gym"}, "", 2, "vesk: No place is called “gym”. `vesk places` shows them.\n"},
-        {{"places"}, "home  52.37022, 4.89517 (100 m)  1 reminder\n"},
-        {{"lists"}, "Reminders\n"},
-        {{"settings"}, settings(60)},
-        {{"settings", "set", "repeat", "20"}, settings(20)},
-        {{"settings", "set", "repeat", "0"}, "", 1, "vesk: repeat takes whole minutes from 5 to 240.\n"},
-        {{"settings"}, settings(20)},
-        {{"doctor"}, report("full", "Reminders", 1)},
-    });
+    run(app,
+        {
+            {{"places"}, "No places yet. Add one with `vesk places add home --at \"your address\"`.\n"},
+            {{"places", "add", "home", "--at", "52.37022, 4.89517"}, "Saved home: 52.37022, 4.89517 (100 m)\n"},
+            {{"places", "add", "gym", "--at", "52.3, 4.9", "--radius", "80"}, "Saved gym: 52.30000, 4.90000 (80 m)\n"},
+            {{"feed the cat when I get home"},
+             "what   feed the cat\nhow    repeat until done\nwhere  arrive home\n\nSaved as #1 in Reminders.\n"},
+            {{"places"}, "gym  52.30000, 4.90000 (80 m)  0 reminders\nhome  52.37022, 4.89517 (100 m)  1 reminder\n"},
+            {{"places", "remove", "gym"}, "Removed gym.\n"},
+            {{"places", "remove", "gym"}, "", 2, "vesk: No place is called “gym”. `vesk places` shows them.\n"},
+            {{"places"}, "home  52.37022, 4.89517 (100 m)  1 reminder\n"},
+            {{"lists"}, "Reminders\n"},
+            {{"settings"}, settings(60)},
+            {{"settings", "set", "repeat", "20"}, settings(20)},
+            {{"settings", "set", "repeat", "0"}, "", 1, "vesk: repeat takes whole minutes from 5 to 240.\n"},
+            {{"settings"}, settings(20)},
+            {{"doctor"}, report("full", "Reminders", 1)},
+        });
 }
 
 // A file that is no database is reported and never written to.
@@ -169,9 +174,9 @@ TEST(App, BrokenStoreIsReportedAndLeftAlone) {
     writeFile(app.dataDirectory() + "/vesk.db", garbage);
     const std::string path = VeskSocket::homeDirectory() + "/.local/share/vesk/vesk.db";
     run(app, {
-        {{"doctor"}, report("unavailable", "Reminders’ default", 0), 3},
-        {{"now"}, "", 3, "vesk: Vesk can't use its store " + path + ": file is not a database.\n"},
-    });
+                 {{"doctor"}, report("unavailable", "Reminders’ default", 0), 3},
+                 {{"now"}, "", 3, "vesk: Vesk can't use its store " + path + ": file is not a database.\n"},
+             });
     app.stop();
     std::ifstream file(app.dataDirectory() + "/vesk.db", std::ios::binary);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), garbage);

@@ -170,16 +170,14 @@ TEST(Completion, EveryShellCompletesEveryName) {
         auto result = runProcess(argv, environment);
         ASSERT_EQ(result.status, 0) << result.err;
         auto offered = shell == "zsh" ? offers(std::ifstream(out)) : offers(std::istringstream(result.out));
-        for (const auto& expectation : expectations()) {
-            auto found = offered.find(expectation.query);
-            ASSERT_NE(found, offered.end()) << "no answer for '" << expectation.query << "'";
+        for (const auto& [query, wanted, unwanted] : expectations()) {
+            SCOPED_TRACE(query);
+            ASSERT_TRUE(offered.count(query)) << "no answer";
             std::string all;
-            for (const auto& name : found->second) all += " " + name;
-            for (const auto& name : expectation.offered)
-                EXPECT_TRUE(found->second.count(name))
-                    << "'" << expectation.query << "' lacks " << name << "; offered:" << all;
-            for (const auto& name : expectation.notOffered)
-                EXPECT_FALSE(found->second.count(name)) << "'" << expectation.query << "' offers " << name;
+            for (const auto& name : offered[query]) all += " " + name;
+            for (const auto& name : wanted)
+                EXPECT_TRUE(offered[query].count(name)) << "lacks " << name << "; offered:" << all;
+            for (const auto& name : unwanted) EXPECT_FALSE(offered[query].count(name)) << "offers " << name;
         }
     }
 }

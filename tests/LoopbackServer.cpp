@@ -15,9 +15,7 @@ LoopbackServer::LoopbackServer(Answer answer) : answer_(std::move(answer)) {
     getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size);
     port_ = ntohs(address.sin_port);
     acceptor_ = std::thread([this] {
-        for (;;) {
-            int peer = accept(listener_, nullptr, nullptr);
-            if (peer < 0) return;
+        for (int peer; (peer = accept(listener_, nullptr, nullptr)) >= 0;) {
             std::lock_guard guard(lock_);
             peers_.emplace_back([this, peer] { serve(peer); });
         }
@@ -27,19 +25,15 @@ LoopbackServer::LoopbackServer(Answer answer) : answer_(std::move(answer)) {
 LoopbackServer::~LoopbackServer() {
     shutdown(listener_, SHUT_RDWR);
     acceptor_.join();
-    std::lock_guard guard(lock_);
     for (auto& peer : peers_) peer.join();
     close(listener_);
 }
 
-std::string LoopbackServer::origin() const { return "http://127.0.0.1:" + std::to_string(port_); }
-
+// Reads the head, and the body as long as its Content-Length says.
 void LoopbackServer::serve(int peer) {
     std::string request;
     char buffer[65536];
-    for (;;) {
-        ssize_t n = read(peer, buffer, sizeof buffer);
-        if (n <= 0) break;
+    for (ssize_t n; (n = read(peer, buffer, sizeof buffer)) > 0;) {
         request.append(buffer, static_cast<size_t>(n));
         size_t end = request.find("\r\n\r\n");
         if (end == std::string::npos) continue;
@@ -48,12 +42,10 @@ void LoopbackServer::serve(int peer) {
             request.size() >= end + 4 + std::stoul(request.substr(length + 16)))
             break;
     }
-    if (auto reply = answer_(request)) {
-        const std::string text =
-            "HTTP/1.1 " + std::to_string(reply->status) +
-            " X\r\nContent-Type: application/json\r\nContent-Length: " + std::to_string(reply->body.size()) +
-            "\r\nConnection: close\r\n\r\n" + reply->body;
-        [[maybe_unused]] ssize_t sent = write(peer, text.data(), text.size());
-    }
+    const std::string body = answer_(request);
+    const std::string reply =
+        "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: " + std::to_string(body.size()) +
+        "\r\nConnection: close\r\n\r\n" + body;
+    [[maybe_unused]] ssize_t sent = write(peer, reply.data(), reply.size());
     close(peer);
 }

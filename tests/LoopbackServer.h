@@ -2,29 +2,22 @@
 
 #include <functional>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 // An HTTP server on a loopback port, for the app to ask: each connection is served on a
-// thread of its own, with the answer `answer` gives for the whole request.
+// thread of its own, with status 200 and the JSON body `answer` gives for the whole request.
 class LoopbackServer {
 public:
-    struct Reply {
-        int status = 200;
-        std::string body;
-    };
-    // The reply to a request; none hangs up without one.
-    using Answer = std::function<std::optional<Reply>(const std::string& request)>;
+    using Answer = std::function<std::string(const std::string& request)>;
 
     explicit LoopbackServer(Answer answer);
     ~LoopbackServer();
     LoopbackServer(const LoopbackServer&) = delete;
     LoopbackServer& operator=(const LoopbackServer&) = delete;
 
-    std::string origin() const;  // http://127.0.0.1:PORT
+    std::string origin() const { return "http://127.0.0.1:" + std::to_string(port_); }
 
 private:
     void serve(int peer);

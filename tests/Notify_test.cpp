@@ -4,10 +4,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <fstream>
-#include <functional>
 #include <map>
+#include <set>
 #include <sstream>
 #include <thread>
 
@@ -28,12 +27,6 @@ enum { id, replaces, app, summary, body, actions, urgency, sound, expire, count 
 const Shown* find(const std::vector<Shown>& all, const std::string& summary) {
     auto found = std::find_if(all.begin(), all.end(), [&](const Shown& s) { return s[field::summary] == summary; });
     return found == all.end() ? nullptr : &*found;
-}
-
-bool waitFor(const std::function<bool()>& done, Clock::duration limit) {
-    for (auto until = Clock::now() + limit; !done(); std::this_thread::sleep_for(20ms))
-        if (Clock::now() > until) return false;
-    return true;
 }
 
 // The CPU time, user and system, that process `pid` has used, in seconds.
@@ -99,7 +92,7 @@ protected:
     }
     // What was shown once `count` notifications are, or after 6 seconds regardless.
     std::vector<Shown> awaitShown(size_t count) const {
-        waitFor([&] { return shown().size() >= count; }, 6s);
+        eventually([&] { return shown().size() >= count; }, 6s);
         return shown();
     }
 
@@ -111,13 +104,16 @@ private:
     Clock::time_point started_;
 };
 
-TEST_F(Notifications, ArriveAtTheirTimeAsTheirLevelWants) {
+// The first alert reaches a server that the bus starts only then, as many desktops do; the
+// next run's clock passes 10:00 again, and the store knows the alerts went out.
+TEST_F(Notifications, ArriveOnceAtTheirTimeAsTheirLevelWants) {
     const std::vector<Shown> expected = {
         {"", "0", "Vesk", "call the dentist", "due now · repeat every 1 min until done",
          "done,Done,snooze,Snooze till tomorrow", "1", "", "-1"},
         {"", "0", "Vesk", "pay rent", "due now · alarm", "done,Done,snooze,Snooze till tomorrow", "2",
          "alarm-clock-elapsed", "0"},
     };
+    bus.endServer();
     start();
     add({"call the dentist at 10, nag me every minute", "pay rent at 10, alarm"});
     const std::vector<pid_t> pids = processesOf(app.appPath());
@@ -136,11 +132,16 @@ TEST_F(Notifications, ArriveAtTheirTimeAsTheirLevelWants) {
         want[field::id] = (*got)[field::id];
         EXPECT_EQ(*got, want);
     }
+    app.stop();
+    app.moment = "2026-11-18 09:59:59";
+    start();
+    sleepUntil(2500ms);
+    EXPECT_EQ(shown().size(), expected.size());
 }
 
 TEST_F(Notifications, MissedAlertsGoOutOnceAndTheNextReplacesThem) {
-    addThenRestartBefore10({"call the dentist at 9:51, nag me every minute",
-                            "water the plants at 9:52, nag me every 2 minutes"});
+    addThenRestartBefore10(
+        {"call the dentist at 9:51, nag me every minute", "water the plants at 9:52, nag me every 2 minutes"});
     sleepUntil(2s);
     const std::vector<Shown> owed = shown();
     ASSERT_EQ(owed.size(), 2u) << "one alert of each reminder, however many it missed";
@@ -170,7 +171,7 @@ TEST_F(Notifications, ActionsChangeTheStoreAndEndTheNagging) {
     const std::string later =
         "1  water the plants\n   Thu, Nov 19 at 9:00 AM · repeat every 1 min until done\n"
         "2  stretch\n   Thu, Nov 19 at 9:51 AM · repeat every 1 min until done\n";
-    EXPECT_TRUE(waitFor([&] { return app.vesk({"later"}).out == later; }, 3s)) << app.vesk({"later"}).out;
+    EXPECT_TRUE(eventually([&] { return app.vesk({"later"}).out == later; }, 3s)) << app.vesk({"later"}).out;
     EXPECT_EQ(app.vesk({"now"}).out, "Nothing here.\n");
     sleepUntil(4s);
     EXPECT_EQ(shown().size(), clicks.size()) << "shown again at 10:00";
@@ -184,26 +185,8 @@ TEST_F(Notifications, WhatIsDealtWithElsewhereLeavesTheDesktop) {
     for (const Shown& one : awaitShown(3)) ids[one[field::summary]] = one[field::id];
     vesk({"done", "dentist"});
     vesk({"snooze", "plants", "2h"});
-    EXPECT_TRUE(waitFor([&] { return readLines(log_ + ".closed").size() >= 2; }, 3s));
-    std::vector<std::string> closed = readLines(log_ + ".closed");
-    std::sort(closed.begin(), closed.end());
-    std::vector<std::string> expected = {ids["call the dentist"], ids["water the plants"]};
-    std::sort(expected.begin(), expected.end());
-    EXPECT_EQ(closed, expected);
-}
-
-// The first alert reaches a server that the bus starts only then, as many desktops do; the
-// next run's clock passes 10:00 again, and the store knows that alert went out.
-TEST_F(Notifications, AServerStartedOnDemandAndARestartThatDeliversNothingTwice) {
-    bus.endServer();
-    start();
-    add({"call the dentist at 10, nag me every minute"});
-    std::vector<Shown> all = awaitShown(1);
-    ASSERT_EQ(all.size(), 1u);
-    EXPECT_EQ(all[0][field::summary], "call the dentist");
-    app.stop();
-    app.moment = "2026-11-18 09:59:59";
-    start();
-    sleepUntil(2500ms);
-    EXPECT_EQ(shown().size(), 1u);
+    EXPECT_TRUE(eventually([&] { return readLines(log_ + ".closed").size() >= 2; }, 3s));
+    const std::vector<std::string> closed = readLines(log_ + ".closed");
+    EXPECT_EQ(std::multiset<std::string>(closed.begin(), closed.end()),
+              (std::multiset<std::string>{ids["call the dentist"], ids["water the plants"]}));
 }

@@ -6,34 +6,7 @@
 
 namespace {
 
-void expectParse(const std::vector<std::string>& words, const std::string& out) {
-    std::vector<std::string> arguments{"parse"};
-    arguments.insert(arguments.end(), words.begin(), words.end());
-    auto result = runVesk(arguments);
-    EXPECT_EQ(result.status, 0) << out;
-    EXPECT_EQ(result.err, "") << out;
-    EXPECT_EQ(result.out, out);
-}
-
-TEST(Parse, SummaryLines) {
-    const struct { std::vector<std::string> words; std::string summary; } cases[] = {
-        {{"call the dentist at 9, nag me every 15 minutes"},
-         "what   call the dentist\nwhen   Wed, Nov 18 at 9:00 PM\nhow    repeat every 15 min until done"},
-        // The words are joined into one sentence, tokens and quotes included.
-        {{"pay", "bill", "due:2026-12-01@14:30", "style:alarm", "list:\"Home stuff\""},
-         "what   pay bill\nwhen   Tue, Dec 1 at 2:30 PM\nhow    alarm\nlist   Home stuff"},
-        // Unread words still end with status 0.
-        {{"meet", "at", "5", "minutes"},
-         "what   meet at 5 minutes\nwhen   next hour\nhow    repeat until done\n??     didn't understand: 5, minutes"},
-        // The terminator, and an option behind it, are words of the sentence.
-        {{"call", "--", "--json", "mom"}, "what   call -- --json mom\nwhen   next hour\nhow    repeat until done"},
-        {{"--", "--help"}, "what   help\nwhen   next hour\nhow    repeat until done"},
-        {{}, "what   \nwhen   next hour\nhow    repeat until done"},
-    };
-    for (const auto& c : cases) expectParse(c.words, c.summary + "\n");
-}
-
-TEST(Parse, JsonWhereverTheFlagStands) {
+TEST(Parse, WordsBecomeOneSentence) {
     const std::string callMom =
         "{\n"
         "  \"parse\" : {\n"
@@ -47,9 +20,35 @@ TEST(Parse, JsonWhereverTheFlagStands) {
         "  },\n"
         "  \"schema\" : 1\n"
         "}\n";
-    expectParse({"call", "mom", "--json"}, callMom);
-    expectParse({"--json", "call", "mom"}, callMom);
-    expectParse({"--json", "call mom"}, callMom);
+    const struct {
+        std::vector<std::string> words;
+        std::string out;
+    } cases[] = {
+        // The words are joined into one sentence, tokens and quotes included.
+        {{"pay", "bill", "due:2026-12-01@14:30", "style:alarm", "list:\"Home stuff\""},
+         "what   pay bill\nwhen   Tue, Dec 1 at 2:30 PM\nhow    alarm\nlist   Home stuff\n"},
+        // Unread words still end with status 0.
+        {{"meet", "at", "5", "minutes"},
+         "what   meet at 5 minutes\nwhen   next hour\nhow    repeat until done\n??     didn't understand: 5, "
+         "minutes\n"},
+        // The terminator, and an option behind it, are words of the sentence.
+        {{"call", "--", "--json", "mom"}, "what   call -- --json mom\nwhen   next hour\nhow    repeat until done\n"},
+        {{"--", "--help"}, "what   help\nwhen   next hour\nhow    repeat until done\n"},
+        {{}, "what   \nwhen   next hour\nhow    repeat until done\n"},
+        // --json wherever it stands.
+        {{"call", "mom", "--json"}, callMom},
+        {{"--json", "call", "mom"}, callMom},
+        {{"--json", "call mom"}, callMom},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.words));
+        std::vector<std::string> arguments{"parse"};
+        arguments.insert(arguments.end(), c.words.begin(), c.words.end());
+        auto result = runVesk(arguments);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.err, "");
+        EXPECT_EQ(result.out, c.out);
+    }
 }
 
 }  // namespace

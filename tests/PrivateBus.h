@@ -7,10 +7,10 @@
 
 struct sd_bus;
 
-// A session bus of a test's own: a dbus-daemon listening in `directory`, so that nothing
-// reaches the desktop of whoever runs the tests. A call for org.freedesktop.Notifications
-// has the bus start vesk-notifyd, which records what it is shown in `serverLog`, as a
-// desktop's server started on demand would.
+// A bus of a test's own: a dbus-daemon listening in `directory`, so that nothing reaches
+// the desktop of whoever runs the tests. A call for org.freedesktop.Notifications has the
+// bus start vesk-notifyd, which records what it is shown in `serverLog`, as a desktop's
+// server started on demand would.
 //
 //     PrivateBus bus(app.base(), app.base() + "/shown");
 //     app.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address();
@@ -36,8 +36,6 @@ public:
     std::string invoke(uint32_t id, const std::string& action);
 
 private:
-    void end();
-
     std::string address_;
     pid_t daemon_ = -1;
     sd_bus* bus_ = nullptr;

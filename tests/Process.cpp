@@ -1,19 +1,21 @@
 #include "Process.h"
 
 #include <fcntl.h>
-#include <poll.h>
+#include <signal.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <thread>
 
-#include "PrivateHome.h"
-#include "VeskIPC/Socket.h"
+namespace fs = std::filesystem;
 
-std::map<std::string, std::string> testEnvironment() {
+Environment testEnvironment() {
     return {
         {"TZ", "Europe/Amsterdam"},
         {"LANG", "en_US.UTF-8"},
@@ -25,62 +27,117 @@ std::map<std::string, std::string> testEnvironment() {
     };
 }
 
-ProcessResult runProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& environment) {
-    int out[2], err[2];
-    if (pipe(out) || pipe(err)) throw std::runtime_error("pipe failed");
+pid_t spawnProcess(const std::vector<std::string>& argv, const Environment& environment,
+                   const posix_spawn_file_actions_t* actions) {
+    std::vector<std::string> strings;
+    for (const auto& [key, value] : environment) strings.push_back(key + "=" + value);
+    std::vector<char*> args, env;
+    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+    for (const auto& e : strings) env.push_back(const_cast<char*>(e.c_str()));
+    args.push_back(nullptr);
+    env.push_back(nullptr);
+    pid_t pid;
+    if (int code = posix_spawnp(&pid, args[0], actions, nullptr, args.data(), env.data()))
+        throw std::runtime_error("cannot run " + argv[0] + ": " + std::strerror(code));
+    return pid;
+}
+
+namespace {
+
+std::string contents(FILE* file) {
+    std::string text;
+    std::rewind(file);
+    char buffer[65536];
+    while (size_t n = std::fread(buffer, 1, sizeof buffer, file)) text.append(buffer, n);
+    std::fclose(file);
+    return text;
+}
+
+}  // namespace
+
+// The output goes to files rather than pipes: nothing the program leaves running can hold
+// the test up by keeping them open.
+ProcessResult runProcess(const std::vector<std::string>& argv, const Environment& environment) {
+    FILE* out = std::tmpfile();
+    FILE* err = std::tmpfile();
+    if (!out || !err) throw std::runtime_error("cannot make a temporary file");
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, out[1], 1);
-    posix_spawn_file_actions_adddup2(&actions, err[1], 2);
-    for (int fd : {out[0], out[1], err[0], err[1]}) posix_spawn_file_actions_addclose(&actions, fd);
+    posix_spawn_file_actions_adddup2(&actions, fileno(out), 1);
+    posix_spawn_file_actions_adddup2(&actions, fileno(err), 2);
     pid_t pid = spawnProcess(argv, environment, &actions);
     posix_spawn_file_actions_destroy(&actions);
-    close(out[1]);
-    close(err[1]);
-
-    ProcessResult result;
-    pollfd fds[] = {{out[0], POLLIN, 0}, {err[0], POLLIN, 0}};
-    std::string* into[] = {&result.out, &result.err};
-    for (int open = 2; open > 0;) {
-        if (poll(fds, 2, -1) < 0) {
-            if (errno == EINTR) continue;
-            break;
-        }
-        for (int i = 0; i < 2; ++i) {
-            if (!fds[i].revents) continue;
-            char buffer[65536];
-            ssize_t n = read(fds[i].fd, buffer, sizeof buffer);
-            if (n > 0) {
-                into[i]->append(buffer, n);
-            } else {
-                close(fds[i].fd);
-                fds[i].fd = -1;  // poll skips it from now on
-                --open;
-            }
-        }
-    }
     int status = 0;
     while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
     }
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    return result;
+    return {contents(out), contents(err), WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status)};
 }
 
-ProcessResult runVesk(const std::vector<std::string>& arguments, std::map<std::string, std::string> environment,
-                      const std::string& binary) {
-    if (environment.empty()) environment = testEnvironment();
-    std::vector<std::string> argv{"faketime", "-f", "@2026-11-18 10:00:00", binary};
+std::vector<std::string> underFaketime(const std::string& moment, const std::string& program,
+                                       const std::vector<std::string>& arguments) {
+    std::vector<std::string> argv{"faketime", "-f", "@" + moment, program};
     argv.insert(argv.end(), arguments.begin(), arguments.end());
-    return runProcess(argv, environment);
+    return argv;
 }
 
-void awaitListening(pid_t pid, const std::string& path) {
-    for (int i = 0; i < 1000; ++i) {
-        if (SocketClient::isListening(path)) return;
-        if (waitpid(pid, nullptr, WNOHANG) == pid)
-            throw std::runtime_error("process " + std::to_string(pid) + " ended before it listened on " + path);
+ProcessResult runVesk(const std::vector<std::string>& arguments, const Environment& environment) {
+    return runProcess(underFaketime("2026-11-18 10:00:00", VESK_BINARY, arguments), environment);
+}
+
+void endProcess(pid_t pid, int signal) {
+    if (kill(pid, signal) != 0) return;
+    // Ours is gone once reaped; another's, once no longer there.
+    for (int i = 0; i < 300; ++i) {
+        pid_t done = waitpid(pid, nullptr, WNOHANG);
+        if (done == pid || (done < 0 && kill(pid, 0) != 0)) return;
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    throw std::runtime_error("nobody listens on " + path);
+    kill(pid, SIGKILL);
+    waitpid(pid, nullptr, 0);
+}
+
+std::vector<pid_t> processesOf(const std::string& path) {
+    std::vector<pid_t> found;
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        std::error_code error;
+        const std::string name = entry.path().filename();
+        if (name.find_first_not_of("0123456789") == std::string::npos &&
+            fs::read_symlink(entry.path() / "exe", error) == path)
+            found.push_back(std::stoi(name));
+    }
+    return found;
+}
+
+void endProcessesOf(const std::string& path, int signal) {
+    for (pid_t pid : processesOf(path)) endProcess(pid, signal);
+    // The faketime wrappers that ended with them.
+    while (waitpid(-1, nullptr, WNOHANG) > 0) {
+    }
+}
+
+bool eventually(const std::function<bool()>& done, std::chrono::milliseconds limit) {
+    for (auto until = std::chrono::steady_clock::now() + limit; !done();) {
+        if (std::chrono::steady_clock::now() > until) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+}
+
+void copyExecutable(const std::string& from, const std::string& to) {
+    std::error_code error;
+    fs::remove(to, error);
+    fs::create_hard_link(from, to, error);
+    if (error) fs::copy_file(from, to);  // with the permissions of `from`
+}
+
+void writeFile(const std::string& path, const std::string& contents) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << contents;
+}
+
+std::vector<std::string> readLines(const std::string& path) {
+    std::vector<std::string> lines;
+    std::ifstream file(path, std::ios::binary);
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    return lines;
 }

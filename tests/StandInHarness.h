@@ -1,17 +1,14 @@
 #pragma once
 
-#include <map>
 #include <memory>
-#include <string>
-#include <vector>
+#include <mutex>
+#include <stdexcept>
 
-#include "PrivateHome.h"
-#include "Process.h"
+#include "AppHarness.h"
 #include "VeskIPC/Socket.h"
 
 // End-to-end tests of vesk against a stand-in for the app: a server in the test itself that
-// gives every request the same answer, in a fresh home (PrivateHome) that vesk and the test
-// both see.
+// gives every request the same answer. No vesk-app stands beside vesk.
 //
 //     StandInHarness app;
 //     app.start(StandInHarness::line(response));
@@ -20,37 +17,40 @@
 //
 // An answer is the bytes of a response, sent back as they stand, or `silent` (close without
 // an answer) or `garbage` (bytes that are no response).
-class StandInHarness {
+class StandInHarness : public AppHarness {
 public:
-    StandInHarness();
-    ~StandInHarness();
-    StandInHarness(const StandInHarness&) = delete;
-    StandInHarness& operator=(const StandInHarness&) = delete;
+    StandInHarness() : AppHarness(false) {}
 
     static constexpr const char* silent = "SILENT";
     static constexpr const char* garbage = "GARBAGE";
     static std::string line(const Response& response) { return encodeWire(response).value(); }
 
-    const std::string& home() const { return private_.home(); }
-    const std::string& base() const { return private_.base(); }
-
     // Serves on `path` (the default socket path when empty), answering every request with `answer`.
-    void start(const std::string& answer, const std::string& path = "");
-    // The requests it received, raw, in order.
-    std::vector<std::string> requests() const;
-
-    // Runs vesk from a folder of the harness's, where no vesk-app stands beside it.
-    ProcessResult vesk(const std::vector<std::string>& arguments) const {
-        return runVesk(arguments, environment, vesk_);
+    void start(const std::string& answer, const std::string& path = "") {
+        server_ = std::make_unique<SocketServer>(
+            path.empty() ? VeskSocket::defaultPath() : path,
+            SocketServer::RawHandler(
+                [served = served_, answer](std::string_view request) -> std::optional<std::string> {
+                    std::lock_guard guard(served->lock);
+                    served->requests.emplace_back(request);
+                    if (answer == silent) return std::nullopt;
+                    if (answer == garbage) return "this is not a response\n";
+                    return answer;
+                }));
+        if (server_->start()) throw std::runtime_error("stand-in harness: cannot listen on " + server_->path());
     }
-    // What vesk runs with: testEnvironment(). Tests may change it.
-    std::map<std::string, std::string> environment = testEnvironment();
+    // The requests it received, raw, in order.
+    std::vector<std::string> requests() const {
+        std::lock_guard guard(served_->lock);
+        return served_->requests;
+    }
 
 private:
-    struct Served;
-
-    PrivateHome private_;
-    std::string vesk_ = private_.base() + "/bin/vesk";
-    std::shared_ptr<Served> served_;
+    // Shared with the server's tasks, which may outlive the harness by an exchange.
+    struct Served {
+        std::mutex lock;
+        std::vector<std::string> requests;
+    };
+    std::shared_ptr<Served> served_ = std::make_shared<Served>();
     std::unique_ptr<SocketServer> server_;
 };

@@ -1,12 +1,11 @@
-// vesk-notifyd --log FILE: a notification server for tests, on the session bus of
+// vesk-notifyd FILE: a notification server for tests, on the session bus of
 // DBUS_SESSION_BUS_ADDRESS. It answers as a desktop's would and adds one line per Notify
 // to FILE, fields split by tabs:
 //     id  replaces_id  app_name  summary  body  actions (by ",")  urgency  sound-name  expire_timeout
 // and the id of each notification that CloseNotification takes away to FILE.closed.
-// org.vesk.Test.Invoke(u id, s action) plays a user's click on an action: the server says
-// ActionInvoked, then NotificationClosed. Ends on SIGTERM, SIGINT or when the bus goes.
-#include <signal.h>
-
+// Invoke(u id, s action), a method of its own, plays a user's click on an action: the server
+// says ActionInvoked, then NotificationClosed. Every line is flushed as written, so the server
+// may end at any time: at a signal, or when the bus goes.
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -15,7 +14,6 @@
 #include <string>
 
 #include <systemd/sd-bus.h>
-#include <systemd/sd-event.h>
 
 namespace {
 
@@ -62,13 +60,12 @@ int notify(sd_bus_message* message, void*, sd_bus_error*) {
     uint32_t replaces = 0;
     char** actions = nullptr;
     int urgency = -1;
-    std::string sound;
+    std::string sound, joined;
     int32_t timeout = 0;
     int r = sd_bus_message_read(message, "susss", &app, &replaces, &icon, &summary, &body);
     if (r >= 0) r = sd_bus_message_read_strv(message, &actions);
     if (r >= 0) r = readHints(message, urgency, sound);
     if (r >= 0) r = sd_bus_message_read(message, "i", &timeout);
-    std::string joined;
     for (char** action = actions; action && *action; ++action) {
         joined += (joined.empty() ? "" : ",") + field(*action);
         free(*action);
@@ -100,10 +97,6 @@ int closeNotification(sd_bus_message* message, void*, sd_bus_error*) {
     return sd_bus_reply_method_return(message, "");
 }
 
-int serverInformation(sd_bus_message* message, void*, sd_bus_error*) {
-    return sd_bus_reply_method_return(message, "ssss", "vesk-notifyd", "vesk", "1", "1.2");
-}
-
 // A click on an action: the server says which, and the notification goes away.
 int invoke(sd_bus_message* message, void*, sd_bus_error*) {
     uint32_t id = 0;
@@ -120,58 +113,32 @@ const sd_bus_vtable notifications[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_METHOD("Notify", "susssasa{sv}i", "u", notify, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD("CloseNotification", "u", "", closeNotification, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("GetServerInformation", "", "ssss", serverInformation, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_SIGNAL("ActionInvoked", "us", 0),
     SD_BUS_SIGNAL("NotificationClosed", "uu", 0),
+    SD_BUS_METHOD("Invoke", "us", "", invoke, SD_BUS_VTABLE_UNPRIVILEGED),  // for the tests
     SD_BUS_VTABLE_END,
 };
-
-const sd_bus_vtable test[] = {
-    SD_BUS_VTABLE_START(0),
-    SD_BUS_METHOD("Invoke", "us", "", invoke, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_VTABLE_END,
-};
-
-int fail(const char* what, int r) {
-    std::fprintf(stderr, "vesk-notifyd: %s: %s\n", what, std::strerror(-r));
-    return 1;
-}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3 || std::strcmp(argv[1], "--log") != 0) {
-        std::fprintf(stderr, "usage: vesk-notifyd --log FILE\n");
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: vesk-notifyd FILE\n");
         return 2;
     }
-    logFile = std::fopen(argv[2], "a");
-    closedFile = std::fopen((std::string(argv[2]) + ".closed").c_str(), "a");
-    if (!logFile || !closedFile) return fail("can't write the log", -errno);
-    // SIGTERM and SIGINT end the loop, through the event loop's signal sources.
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
-
-    sd_event* event = nullptr;
+    logFile = std::fopen(argv[1], "a");
+    closedFile = std::fopen((std::string(argv[1]) + ".closed").c_str(), "a");
     sd_bus* bus = nullptr;
-    int r = sd_event_default(&event);
-    if (r < 0) return fail("no event loop", r);
-    sd_event_add_signal(event, nullptr, SIGTERM, nullptr, nullptr);
-    sd_event_add_signal(event, nullptr, SIGINT, nullptr, nullptr);
-    if ((r = sd_bus_open_user(&bus)) < 0) return fail("no session bus", r);
-    if ((r = sd_bus_add_object_vtable(bus, nullptr, objectPath, service, notifications, nullptr)) < 0 ||
-        (r = sd_bus_add_object_vtable(bus, nullptr, objectPath, "org.vesk.Test", test, nullptr)) < 0)
-        return fail("can't serve the object", r);
-    if ((r = sd_bus_request_name(bus, service, 0)) < 0) return fail("can't own the name", r);
-    if ((r = sd_bus_attach_event(bus, event, SD_EVENT_PRIORITY_NORMAL)) < 0) return fail("can't watch the bus", r);
-    sd_bus_set_exit_on_disconnect(bus, 1);
-
-    r = sd_event_loop(event);
-    std::fclose(logFile);
-    std::fclose(closedFile);
-    sd_bus_flush_close_unref(bus);
-    sd_event_unref(event);
-    return r < 0 ? fail("the loop failed", r) : 0;
+    int r = logFile && closedFile ? sd_bus_open_user(&bus) : -errno;
+    if (r >= 0) r = sd_bus_add_object_vtable(bus, nullptr, objectPath, service, notifications, nullptr);
+    if (r >= 0) r = sd_bus_request_name(bus, service, 0);
+    if (r < 0) {
+        std::fprintf(stderr, "vesk-notifyd: can't serve: %s\n", std::strerror(-r));
+        return 1;
+    }
+    while (r >= 0) {  // until the bus goes
+        r = sd_bus_process(bus, nullptr);
+        if (r == 0) r = sd_bus_wait(bus, UINT64_MAX);
+    }
+    return 0;
 }
