@@ -32,24 +32,5 @@ TEST(Split, ClassesEachArgument) {
     for (const auto& [arguments, expected] : cases) EXPECT_EQ(described(split(arguments)), expected) << expected;
 }
 
-TEST(Split, RefusesThreeDashesAndAnEmptySingleDashName) {
-    for (std::string bad : {"---", "---x", "----", "-=x", "-="}) {
-        try {
-            split({"ok", bad});
-            ADD_FAILURE() << bad;
-        } catch (const InvalidOption& invalid) {
-            EXPECT_EQ(invalid.argument, bad);
-        }
-    }
-}
-
-TEST(Split, UsingALetterOfAClusterDropsTheWholeReading) {
-    auto arguments = split({"-ab", "c"});
-    Element b = arguments.elements[2];
-    arguments.remove(b);
-    EXPECT_EQ(described(arguments), "-a@0.1 value@1");
-    EXPECT_EQ(arguments.positionCount(), 2u);
-}
-
 }  // namespace
 }  // namespace ArgumentParser

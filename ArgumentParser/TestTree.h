@@ -5,21 +5,8 @@
 
 #include "ArgumentParser/Declaration.h"
 
-// A small tree of commands for the framework's own tests:
-//
-//   tool (version 1.2.3, default say)
-//     say [--loud] [<words> ...]            captures everything unrecognized
-//     count [-v|--verbose] [--times <n>] [--ratio <ratio>] <target>
-//     copy <source> <destination>
-//     paint (--red | --blue)                one of the two is required
-//     remote (default show)
-//       show [--json]
-//       add <name> [--url <url>]
-//     admin                                 subcommands, no default, no run
-//       reset
-//     exec [<command> ...]                  takes everything from its first word on
-//     after [<rest> ...]                    takes what follows "--"
-//     sleep <seconds>                       a number
+// A small tree of commands for the framework's own tests: `tool`, version 1.2.3, runs `say`
+// by default; `remote` runs `show` by default; `admin` has a subcommand but runs nothing.
 namespace ArgumentParser::Testing {
 
 // The commands point at each other, so the tree is never copied.

@@ -19,23 +19,20 @@ Date local(int64_t year, int64_t month, int64_t day, int64_t hour = 0, int64_t m
 }
 
 // Amsterdam moves its clocks from 02:00 to 03:00 on 29 March 2026 and from 03:00 back to
-// 02:00 on 25 October 2026.
+// 02:00 on 25 October 2026. Where `settingTime` and `startOfDay` land at such changes is
+// compared with ICU below.
 TEST(Calendar, WallTimesAcrossClockChanges) {
     const std::tuple<const char*, std::optional<Date>, Date> cases[] = {
         {"a time in the spring gap moves forward by the gap", local(2026, 3, 29, 2, 30), utc(2026, 3, 29, 1, 30)},
         {"a repeated autumn time is its first occurrence", local(2026, 10, 25, 2, 30), utc(2026, 10, 25, 0, 30)},
-        {"setting a time in the gap gives the first moment after it",
-         amsterdam.settingTime(2, 30, 0, local(2026, 3, 29, 12)), utc(2026, 3, 29, 1, 0)},
-        {"setting a repeated time gives its first occurrence", amsterdam.settingTime(2, 30, 0, local(2026, 10, 25, 12)),
-         utc(2026, 10, 25, 0, 30)},
         {"adding a day keeps the wall clock over the spring change",
          amsterdam.adding(CalendarComponent::day, 1, local(2026, 3, 28, 10)), utc(2026, 3, 29, 8)},
         {"adding a day keeps the wall clock over the autumn change",
          amsterdam.adding(CalendarComponent::day, 1, local(2026, 10, 24, 10)), utc(2026, 10, 25, 9)},
         {"adding hours counts elapsed time", amsterdam.adding(CalendarComponent::hour, 2, local(2026, 3, 29, 1)),
          utc(2026, 3, 29, 2)},
-        {"start of the spring day", amsterdam.startOfDay(local(2026, 3, 29, 12)), utc(2026, 3, 28, 23)},
-        {"start of the autumn day", amsterdam.startOfDay(local(2026, 10, 25, 23)), utc(2026, 10, 24, 22)},
+        {"31 January and a month is the last of February",
+         amsterdam.adding(CalendarComponent::month, 1, local(2026, 1, 31)), local(2026, 2, 28)},
     };
     for (const auto& [what, actual, expected] : cases) EXPECT_EQ(actual, expected) << what;
 }
@@ -43,43 +40,26 @@ TEST(Calendar, WallTimesAcrossClockChanges) {
 TEST(Calendar, IntervalsAcrossClockChanges) {
     EXPECT_EQ(amsterdam.interval(CalendarComponent::day, local(2026, 3, 29, 12))->duration, 23 * 3600);
     EXPECT_EQ(amsterdam.interval(CalendarComponent::day, local(2026, 10, 25, 12))->duration, 25 * 3600);
-    EXPECT_EQ(amsterdam.interval(CalendarComponent::hour, local(2026, 11, 18, 10, 42))->start, local(2026, 11, 18, 10));
     // The second 02:30 of the autumn night (01:30 UTC) lies in an hour that starts at 01:00 UTC.
     EXPECT_EQ(amsterdam.interval(CalendarComponent::hour, utc(2026, 10, 25, 1, 30))->start, utc(2026, 10, 25, 1, 0));
 
     // The week starts on the locale's first weekday.
-    auto us = amsterdam.interval(CalendarComponent::weekOfYear, local(2026, 11, 18, 10));
-    EXPECT_EQ(us->start, local(2026, 11, 15));
-    EXPECT_EQ(us->duration, 7 * 86400);
+    EXPECT_EQ(amsterdam.interval(CalendarComponent::weekOfYear, local(2026, 11, 18, 10))->start, local(2026, 11, 15));
     Calendar german("Europe/Amsterdam", "de_DE");
     EXPECT_EQ(german.interval(CalendarComponent::weekOfYear, local(2026, 11, 18, 10))->start, local(2026, 11, 16));
-    auto overSpring = german.interval(CalendarComponent::weekOfYear, local(2026, 3, 26));
-    EXPECT_EQ(overSpring->duration, 7 * 86400 - 3600);
+    EXPECT_EQ(german.interval(CalendarComponent::weekOfYear, local(2026, 3, 26))->duration, 7 * 86400 - 3600);
 }
 
-TEST(Calendar, LenientArithmetic) {
-    EXPECT_EQ(amsterdam.date({2026, 4, 31, {}, {}}), local(2026, 5, 1)) << "31 April is 1 May";
-    EXPECT_EQ(amsterdam.date({2026, 13, 1, {}, {}}), local(2027, 1, 1));
-    EXPECT_EQ(amsterdam.adding(CalendarComponent::month, 1, local(2026, 1, 31)), local(2026, 2, 28));
-    EXPECT_EQ(amsterdam.adding(CalendarComponent::month, 1, local(2028, 1, 31)), local(2028, 2, 29));
-    EXPECT_EQ(amsterdam.adding(CalendarComponent::year, 1, local(2028, 2, 29)), local(2029, 2, 28));
+TEST(Calendar, OutOfRangeAndUnknownZone) {
     EXPECT_FALSE(amsterdam.date({int64_t{1} << 40, 1, 1, {}, {}}).has_value());
     EXPECT_FALSE(amsterdam.adding(CalendarComponent::day, int64_t{1} << 40, local(2026, 1, 1)).has_value());
-    EXPECT_EQ(amsterdam.daysBetween(local(2026, 3, 28), local(2026, 3, 30)), 2);
-    EXPECT_EQ(amsterdam.daysBetween(local(2026, 3, 30), local(2026, 3, 28)), -2);
-    EXPECT_EQ(amsterdam.daysBetween(local(2026, 3, 28, 12), local(2026, 3, 29, 11)), 0);
-}
-
-TEST(Calendar, Components) {
-    Date wednesday = local(2026, 11, 18, 10, 5);
-    EXPECT_EQ(amsterdam.components(wednesday), (DateComponents{2026, 11, 18, 10, 5}));
-    EXPECT_EQ(amsterdam.component(CalendarComponent::weekday, wednesday), 4);
-    EXPECT_EQ(Calendar("Asia/Tokyo", "ja_JP").components(wednesday).hour, 18);
     EXPECT_EQ(Calendar("No/Such_Zone", "en_US").components(utc(2026, 1, 1, 12)).hour, 12) << "unknown zone is GMT";
 }
 
 // The calendar answers most questions by arithmetic on the zone's offsets; ICU's own
-// lenient calendar, with the same wall-time policies, is the reference it must agree with.
+// lenient calendar, with the same wall-time policies, is the reference it must agree with:
+// lenient dates (months 0 and 13, days -1 to 31, hours to 25), components, weekdays, day
+// counts, and the clock changes of Amsterdam at 02:00 and of Santiago and São Paulo at midnight.
 TEST(Calendar, AgreesWithIcuAcrossZonesAndCenturies) {
     std::mt19937_64 random(7);
     for (const char* zone : {"Europe/Amsterdam", "America/Santiago", "Asia/Kolkata", "Australia/Lord_Howe",

@@ -22,7 +22,6 @@ TEST(Add, FirstWordRule) {
     const std::string nothing = "Say what to remind you about.";
     const std::tuple<Words, Words, std::optional<std::string>> cases[] = {
         {{}, {}, nothing},
-        {{" ", "\t"}, {" ", "\t"}, nothing},
         {{""}, {"add", "--json", ""}, nothing},
         {{"\n"}, {"\n"}, std::nullopt},  // a line feed is not a blank
         {{"PARSE", "x"}, {"PARSE", "x"}, putAfter("parse")},

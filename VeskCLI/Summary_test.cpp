@@ -15,24 +15,18 @@ ParseOutput reading(std::string title, std::string style = "repeat") {
 
 std::string summary(const ParseOutput& output) { return Summary(output, amsterdam).text; }
 
-// A due date in the calendar's words when it reads as one; any other text as it is.
+// A due date in the calendar's words when it reads as one (a date alone: EveryLineInOrder);
+// any other text as it is.
 TEST(Summary, DueDates) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"2026-03-14T09:05", "Sat, Mar 14 at 9:05 AM"},
-        {"2026-03-14", "Sat, Mar 14"},
-        {"2026-03-29T02:30", "2026-03-29T02:30"},  // no such wall time in Amsterdam
-        {"2026-W11", "2026-W11"},
-        {"2026-03-14T09:05:00Z", "2026-03-14T09:05:00Z"},
-        {"", ""}};
-    for (const auto& [due, shown] : cases) EXPECT_EQ(Summary::humanDate(due, amsterdam), shown) << due;
+    EXPECT_EQ(Summary::humanDate("2026-03-14T09:05", amsterdam), "Sat, Mar 14 at 9:05 AM");
+    EXPECT_EQ(Summary::humanDate("2026-03-29T02:30", amsterdam), "2026-03-29T02:30") << "no such wall time";
     // The text is a wall clock: it reads the same in any zone.
     EXPECT_EQ(Summary::humanDate("2026-03-14T09:05", Calendar("Asia/Tokyo", "en_US")), "Sat, Mar 14 at 9:05 AM");
 }
 
 TEST(Summary, TriggerReplacesNextHourAndShowsWholeMinutesOfDelay) {
-    for (auto [delay, line] : {std::pair<int64_t, const char*>{0, "where  arrive home"},
-                               {30, "where  arrive home + 0 min"},
-                               {659, "where  arrive home + 10 min"}}) {
+    for (auto [delay, line] :
+         {std::pair<int64_t, const char*>{30, "where  arrive home + 0 min"}, {659, "where  arrive home + 10 min"}}) {
         auto output = reading("water plants");
         output.trigger = ParseOutput::Trigger{"arrive", "home", delay};
         EXPECT_EQ(summary(output), std::string("what   water plants\nhow    repeat until done\n") + line) << delay;
