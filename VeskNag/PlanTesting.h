@@ -4,6 +4,7 @@
 // written as wall-clock text on Saturday 14 March 2026 unless a date is given.
 
 #include <cstdio>
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -45,16 +46,21 @@ inline std::string optionalText(std::optional<Date> date) { return date ? text(*
 // key when `withKeys`.
 inline std::string brief(const std::vector<PlannedAlert>& alerts, bool withKeys = false) {
     std::string result;
-    for (const PlannedAlert& alert : alerts) {
+    for (const PlannedAlert& alert : alerts)
         result += (result.empty() ? "" : ", ") + text(alert.fireDate) + " " + "nta"[int(alert.level)] +
-                  std::to_string(alert.ordinal);
-        if (withKeys) result += " " + alert.key;
-    }
+                  std::to_string(alert.ordinal) + (withKeys ? " " + alert.key : "");
     return result;
 }
 
 inline NagItem item(std::string key, Style style = Style::repeatUntilDone(), std::optional<DateComponents> due = {}) {
     return NagItem{.key = key, .title = key, .due = due, .style = style, .firstSeen = at("08:00")};
+}
+
+// A repeat-until-done reminder due at `time`, as `at` reads it, then changed by `change`.
+inline NagItem due(std::string key, const std::string& time, const std::function<void(NagItem&)>& change = {}) {
+    NagItem result = item(key, Style::repeatUntilDone(), amsterdam().components(at(time)));
+    if (change) change(result);
+    return result;
 }
 
 inline Device device(std::string id, Device::Kind kind, std::optional<Date> lastActive = {}, bool relayOnly = false) {
