@@ -6,16 +6,15 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
 // Takes one connection for each scripted answer, in turn, reads its request and sends the
-// answer's bytes (none: it closes at once). Peers beyond those wait, unanswered, in the queue.
+// answer's bytes. Peers beyond those wait, unanswered, in the queue.
 class OneShotServer {
 public:
-    explicit OneShotServer(std::vector<std::optional<std::string>> answers) {
+    explicit OneShotServer(std::vector<std::string> answers) {
         listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
         sockaddr_in address{};
         address.sin_family = AF_INET;
@@ -40,7 +39,7 @@ public:
     std::string request;      // every request, one after another
 
 private:
-    void serve(const std::optional<std::string>& answer) {
+    void serve(const std::string& answer) {
         int peer = accept(listener_, nullptr, nullptr);
         if (peer < 0) return;
         const size_t begin = request.size();
@@ -54,7 +53,7 @@ private:
                 request.size() >= end + 4 + std::stoul(request.substr(length + 16)))
                 break;
         }
-        if (answer) send(peer, answer->data(), answer->size(), MSG_NOSIGNAL);
+        send(peer, answer.data(), answer.size(), MSG_NOSIGNAL);
         close(peer);
     }
 

@@ -41,20 +41,12 @@ TEST(LocalModel, AsksInTheSchemaAndReadsTheAnswer) {
 }
 
 TEST(LocalModel, AnythingButAReadingFails) {
-    for (const char* body : {"<html>", R"({"choices":[]})"})
-        EXPECT_THROW(LocalModel::reading(body), std::runtime_error) << body;
-    // Content that is no JSON, has no title, a number as text, a fraction, an array.
-    for (const char* content :
-         {"Sure! Here is the reading", R"({"dueTime":"9:00"})", R"({"title":"x","repeatMinutes":"15"})",
-          R"({"title":"x","weekdays":[2.5]})", R"([{"title":"x"}])"})
-        EXPECT_THROW(LocalModel::reading(chat(content)), std::runtime_error) << content;
-    // A server error, half an answer, a connection closed at once.
-    const std::optional<std::string> answers[] = {http(500, chat(R"({"title":"x"})")),
-                                                  http(200, chat(R"({"title":"x"})")).substr(0, 80), std::nullopt};
-    for (const auto& answer : answers) {
-        OneShotServer server({answer});
-        EXPECT_THROW(ask(server.url), std::runtime_error) << answer.value_or("closed");
-    }
+    // Not JSON, no choice, a reading that is no JSON, one without a title.
+    for (const std::string& answer : {std::string("<html>"), std::string(R"({"choices":[]})"),
+                                      chat("Sure! Here is the reading"), chat(R"({"dueTime":"9:00"})")})
+        EXPECT_THROW(LocalModel::reading(answer), std::runtime_error) << answer;
+    OneShotServer failing({http(500, chat(R"({"title":"x"})"))});
+    EXPECT_THROW(ask(failing.url), std::runtime_error);
     EXPECT_THROW(ask("http://127.0.0.1:1/v1"), std::runtime_error);
 }
 

@@ -29,14 +29,12 @@ TEST(Scheduler, ARoundDeliversWhatCameDueSinceTheLastOne) {
          "2026-11-18 10:00", "2026-11-18 10:15"},
         {"the latest alert since the last round", withReminder(every15, {2026, 11, 18, 9, 0}), "2026-11-18 09:20",
          "2026-11-18 10:00 n4", "2026-11-18 10:00", "2026-11-18 10:15"},
-        {"a once missed while stopped", withReminder(Style::once(), {2026, 11, 18, 9, 30}), "2026-11-18 09:00",
-         "2026-11-18 09:30 n0", "2026-11-18 10:00", "2026-11-19 00:00"},
+        {"a once missed while stopped, then midnight", withReminder(Style::once(), {2026, 11, 18, 9, 30}),
+         "2026-11-18 09:00", "2026-11-18 09:30 n0", "2026-11-18 10:00", "2026-11-19 00:00"},
         {"after a week away, the alert of just now", withReminder(every5, {2026, 11, 1, 9, 0}), "2026-11-11 10:00",
          "2026-11-18 10:00 n4908", "2026-11-18 10:00", "2026-11-18 10:05"},
         {"a clock set back delivers nothing again", withReminder(every15, {2026, 11, 18, 9, 0}), "2026-11-18 11:00", "",
          "2026-11-18 11:00", "2026-11-18 11:15"},
-        {"nothing planned: wake at midnight", StoreData{}, "2026-11-18 09:00", "", "2026-11-18 10:00",
-         "2026-11-19 00:00"},
     };
     const Device me = device("me", Device::Kind::mac);
     for (auto& c : cases) {

@@ -9,13 +9,11 @@ using Edge = PlaceTrigger::Edge;
 const Calendar amsterdam("Europe/Amsterdam", "en_US");
 const Date noon = *amsterdam.date({2026, 11, 18, 12, 0});
 
-StoredReminder waiting(const std::string& key, std::optional<PlaceTrigger> trigger,
-                       std::optional<std::string> gate = {}) {
+StoredReminder waiting(const std::string& key, PlaceTrigger trigger) {
     StoredReminder reminder;
     reminder.key = reminder.title = key;
     reminder.list = "list";
     reminder.meta.trigger = trigger;
-    reminder.meta.gate = gate;
     return reminder;
 }
 
@@ -29,7 +27,6 @@ StoreData store() {
              waiting("spoken with a capital", PlaceTrigger{Edge::arrive, "Home", 0}),
              waiting("leaving home", PlaceTrigger{Edge::leave, "home", 600}),
              waiting("at work", PlaceTrigger{Edge::arrive, "work", 0}),
-             waiting("gym bag", std::nullopt, "gym"),
              waiting("done", PlaceTrigger{Edge::arrive, "home", 0}),
          })
         data.reminders[reminder.key] = reminder;

@@ -24,8 +24,6 @@ namespace fs = std::filesystem;
 
 Request add(const std::string& text) { return Request{Request::Add{text, false}}; }
 
-Response titled(const std::string& title) { return {.reminder = ReminderDTO{.id = "id-1", .title = title}}; }
-
 // The title of the answer to an add of `text`.
 std::string ask(const std::string& path, const std::string& text) {
     auto result = SocketClient::send(add(text), path, 10);
@@ -45,16 +43,6 @@ std::string exchange(const std::string& path, const std::string& bytes) {
     return answer;
 }
 
-// The number of threads of the process once those that are ending (of earlier tests too) are gone.
-size_t settledThreadCount(size_t expected) {
-    auto count = [] {
-        auto tasks = fs::directory_iterator("/proc/self/task");
-        return static_cast<size_t>(std::distance(begin(tasks), end(tasks)));
-    };
-    for (int i = 0; i < 200 && count() > expected; ++i) std::this_thread::sleep_for(10ms);
-    return count();
-}
-
 // Where a held request stands: it has entered the handler, is released, is leaving it.
 struct Hold {
     std::promise<void> entered, release, leaving;
@@ -72,7 +60,7 @@ protected:
         servers.clear();
         fs::remove_all(dir);
     }
-    std::string path(const std::string& name = "vesk.sock") const { return dir + "/" + name; }
+    std::string path() const { return dir + "/vesk.sock"; }
 
     // A server of echo() on `where` that has started, and lives until the end of the test.
     void serve(const std::string& where) {
@@ -93,7 +81,7 @@ protected:
                 hold->released.wait();
                 hold->leaving.set_value();
             }
-            return titled(text);
+            return Response{.reminder = ReminderDTO{.title = text}};
         };
     }
     static inline const WireError missing{WireError::Code::notFound, "No reminder matches “milk”."};
@@ -125,14 +113,10 @@ TEST_F(SocketTest, PathOf103BytesServesAnd104IsTooLong) {
     std::string fits = ofLength(103), tooLong = ofLength(104);
     serve(fits);
     EXPECT_EQ(ask(fits, "fits"), "fits");
-
-    EXPECT_FALSE(VeskSocket::address(tooLong));
     EXPECT_EQ(SocketServer(tooLong, echo()).start(), SocketError::pathTooLong());
     // The length is checked before the file system: a missing directory is no reason.
-    std::string missingDirectory = dir + "/missing/" + std::string(104 - dir.size() - 9, 'x');
-    ASSERT_EQ(missingDirectory.size(), 104u);
-    EXPECT_EQ(std::get<SocketError>(SocketClient::connect(missingDirectory)), SocketError::pathTooLong());
-    EXPECT_EQ(std::get<SocketError>(SocketClient::send(add("x"), missingDirectory, 5)), SocketError::pathTooLong());
+    std::string inMissingDirectory = ofLength(104).replace(dir.size(), 9, "/missing/");
+    EXPECT_EQ(std::get<SocketError>(SocketClient::connect(inMissingDirectory)), SocketError::pathTooLong());
 }
 
 TEST_F(SocketTest, StartReplacesAStaleFileWithMode0600ButNotALiveServer) {
@@ -141,53 +125,26 @@ TEST_F(SocketTest, StartReplacesAStaleFileWithMode0600ButNotALiveServer) {
     auto address = VeskSocket::address(path());
     ASSERT_EQ(bind(descriptor, reinterpret_cast<const sockaddr*>(&*address), VeskSocket::addressLength()), 0);
     close(descriptor);
-    EXPECT_TRUE(fs::exists(path()));
-    EXPECT_FALSE(SocketClient::isListening(path()));
     EXPECT_EQ(std::get<SocketError>(SocketClient::send(add("x"), path(), 5)), SocketError::unreachable());
-    EXPECT_FALSE(SocketClient::isListening(path("absent.sock")));
 
     serve(path());
-    EXPECT_EQ(fs::status(path()).type(), fs::file_type::socket);
     EXPECT_EQ(fs::status(path()).permissions(), fs::perms(0600));
     EXPECT_EQ(ask(path(), "replaced"), "replaced");
 
-    SocketServer second(path(), [](const Request&) { return titled("second"); });
+    SocketServer second(path(), echo());
     EXPECT_EQ(second.start(), SocketError::inUse());
     second.stop();  // never listened: must leave the first one's socket alone
     EXPECT_EQ(ask(path(), "first"), "first");
-
-    // Parent directories are made.
-    serve(path("a/b/vesk.sock"));
-    EXPECT_EQ(ask(path("a/b/vesk.sock"), "deep"), "deep");
-}
-
-TEST_F(SocketTest, StopIsIdempotentEndsTheAcceptThreadAndTheServerCanStartAgain) {
-    SocketServer server(path(), echo());
-    ASSERT_EQ(settledThreadCount(1), 1u);
-    ASSERT_EQ(server.start(), std::nullopt);
-    EXPECT_EQ(settledThreadCount(2), 2u);
-    server.stop();
-    server.stop();
-    EXPECT_FALSE(SocketClient::isListening(path()));
-    EXPECT_FALSE(fs::exists(path()));
-    EXPECT_EQ(settledThreadCount(1), 1u);
-    ASSERT_EQ(server.start(), std::nullopt);
-    EXPECT_EQ(ask(path(), "again"), "again");
 }
 
 TEST_F(SocketTest, EmptyUndecodableFailedAndMultiMegabyteRequests) {
     serve(path());
     // Nothing sent: no answer, and the server goes on.
     EXPECT_EQ(exchange(path(), ""), "");
-    EXPECT_EQ(ask(path(), "next"), "next");
-    for (std::string bytes : {"not json", "{}", R"({"list":{"_0":"soon"}})"}) {
-        auto response = decodeResponse(exchange(path(), bytes));
-        ASSERT_TRUE(response && response->error) << bytes;
-        EXPECT_EQ(response->error->code, WireError::Code::invalid);
-        EXPECT_EQ(response->error->message, "Vesk couldn't read that request. Are the CLI and app the same version?");
-        EXPECT_FALSE(response->reminder);
-    }
-    EXPECT_EQ(*calls, 1);
+    const WireError unreadable{WireError::Code::invalid,
+                               "Vesk couldn't read that request. Are the CLI and app the same version?"};
+    EXPECT_EQ(decodeResponse(exchange(path(), R"({"list":{"_0":"soon"}})")), (Response{.error = unreadable}));
+    EXPECT_EQ(*calls, 0);
     // A WireError the handler throws is the answer.
     EXPECT_EQ(std::get<Response>(SocketClient::send(add("missing"), path(), 5)), (Response{.error = missing}));
 
@@ -196,19 +153,16 @@ TEST_F(SocketTest, EmptyUndecodableFailedAndMultiMegabyteRequests) {
     EXPECT_EQ(ask(path(), text), text);
 }
 
-// Peers that send nothing, or half a request and then nothing, and a handler slower than
-// its client's patience hold up no one else.
-TEST_F(SocketTest, SilentPeersAndASlowHandlerKeepNoOneWaiting) {
+// A peer that sends half a request and then nothing, and a handler slower than its
+// client's patience hold up no one else.
+TEST_F(SocketTest, ASilentPeerAndASlowHandlerKeepNoOneWaiting) {
     serve(path());
-    std::vector<int> silent;
-    for (const std::string& half : {std::string(), std::string(R"({"add":{"text":"half)")}) {
-        silent.push_back(std::get<int>(SocketClient::connect(path())));
-        VeskSocket::writeAll(silent.back(), half);
-    }
+    int silent = std::get<int>(SocketClient::connect(path()));
+    VeskSocket::writeAll(silent, R"({"add":{"text":"half)");
     auto begin = Clock::now();
     EXPECT_EQ(ask(path(), "served"), "served");
     EXPECT_LT(Clock::now() - begin, 1s);
-    for (int descriptor : silent) close(descriptor);
+    close(silent);
 
     begin = Clock::now();
     EXPECT_EQ(std::get<SocketError>(SocketClient::send(add("slow"), path(), 1)), SocketError::noResponse());
