@@ -199,6 +199,8 @@ int serve(const Options& options) {
     });
     if (auto error = server.start()) {
         if (error->kind == SocketError::Case::inUse) return fail("another vesk-app already serves " + path);
+        if (error->kind == SocketError::Case::pathTooLong)
+            return fail("can't listen on " + path + ": the path is too long for a socket");
         return fail("can't listen on " + path + ": " + std::strerror(error->code));
     }
     std::cerr << "vesk-app: serving " << path << "\n";
