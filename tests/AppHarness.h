@@ -1,27 +1,32 @@
 #pragma once
 
+#include <sys/wait.h>
+
 #include <csignal>
+#include <filesystem>
+#include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "PrivateHome.h"
 #include "Process.h"
+#include "VeskIPC/Socket.h"
 
 // End-to-end tests of vesk against the real vesk-app, in a fresh home (PrivateHome).
 //
 // Copies of vesk and vesk-app stand side by side in a bin/ folder, so that vesk launches
 // that vesk-app when nobody answers, as it would once installed. Every process runs
-// under faketime, its clock starting at `moment` and running on from there.
-//
-//     AppHarness app;
-//     app.start();                                   // or let vesk launch it
-//     ProcessResult added = app.vesk({"call", "the", "dentist", "at", "11"});
-//
-// Every vesk-app of the harness, started by it or by vesk, is stopped when it is destroyed.
+// under faketime, its clock starting at `moment` and running on from there. Every vesk-app
+// of the harness, started by it or by vesk, is stopped when it is destroyed.
 class AppHarness {
 public:
     // Without `withApp`, vesk stands alone in bin/.
-    explicit AppHarness(bool withApp = true);
+    explicit AppHarness(bool withApp = true) {
+        std::filesystem::create_directory(base() + "/bin");
+        copyExecutable(VESK_BINARY, base() + "/bin/vesk");
+        if (withApp) copyExecutable(VESK_APP_BINARY, appPath());
+    }
     ~AppHarness() { stop(); }
     AppHarness(const AppHarness&) = delete;
     AppHarness& operator=(const AppHarness&) = delete;
@@ -40,7 +45,16 @@ public:
 
     // Starts vesk-app in the foreground with `arguments`; returns once it listens. Throws
     // when it doesn't within 10 seconds.
-    void start(const std::vector<std::string>& arguments = {});
+    void start(const std::vector<std::string>& arguments = {}) {
+        const std::string socket = VeskSocket::defaultPath();
+        pid_t pid = spawnProcess(underFaketime(moment, appPath(), arguments), environment);
+        for (int i = 0; i < 1000; ++i) {
+            if (SocketClient::isListening(socket)) return;
+            if (waitpid(pid, nullptr, WNOHANG) == pid) throw std::runtime_error("vesk-app ended before it listened");
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        throw std::runtime_error("nobody listens on " + socket);
+    }
     // Ends every vesk-app of the harness and waits until they are gone: a killed one lets go
     // of its lock only then.
     void stop() { endProcessesOf(appPath(), SIGTERM); }

@@ -90,15 +90,12 @@ TEST(App, AddReadsTheSentenceAndSaves) {
             {{"pack the gym bag at 2pm only at the gym"},
              "what   pack the gym bag\nwhen   Wed, Nov 18 at 2:00 PM\nhow    repeat until done\ngate   only at gym\n\n"
              "Saved as #2 in Reminders.\n"},
-            {{"water the plants when I get home"},
-             "what   water the plants\nhow    repeat until done\nwhere  arrive home\n\nSaved as #4 in Reminders.\n"},
             {{"call the plumber", "--dry-run"},
              "what   call the plumber\nwhen   next hour\nhow    repeat until done\n\nDry run: nothing saved.\n"},
             {{"at", "9"}, "", 1, "vesk: Vesk found nothing to remind you of in “at 9”.\n"},
             {{"later"},
              row(1, "call the dentist", "Wed, Nov 18 at 11:00 AM") +
-                 row(2, "pack the gym bag", "Wed, Nov 18 at 2:00 PM") + row(3, "buy milk", "Wed, Nov 18 at 4:00 PM") +
-                 row(4, "water the plants", "when you get to home")},
+                 row(2, "pack the gym bag", "Wed, Nov 18 at 2:00 PM") + row(3, "buy milk", "Wed, Nov 18 at 4:00 PM")},
             {{"lists"}, "Errands\nReminders\n"},
         });
 }
@@ -114,11 +111,6 @@ TEST(App, ListDoneSnoozeAndDelete) {
                   row(2, "call dad", "Wed, Nov 18 at 11:00 AM") + row(3, "take vitamins", "Wed, Nov 18 at 6:00 PM") +
                       row(4, "pay rent", "Thu, Nov 19 at 9:00 AM")},
              });
-    // The same rows as JSON: the time in UTC and on the wall clock.
-    auto now = decodeResponse(app.vesk({"now", "--json"}).out);
-    ASSERT_TRUE(now && now->reminders && now->reminders->size() == 1);
-    EXPECT_EQ(now->reminders->at(0).at, "2026-11-18T08:00:00Z");
-    EXPECT_EQ(now->reminders->at(0).due, "2026-11-18T09:00");
     auto listed = decodeResponse(app.vesk({"later", "--json"}).out);
     ASSERT_TRUE(listed && listed->reminders && listed->reminders->size() == 3);
     const std::string rent = listed->reminders->at(2).id;
@@ -156,11 +148,8 @@ TEST(App, PlacesListsSettingsAndDoctor) {
             {{"places", "remove", "gym"}, "Removed gym.\n"},
             {{"places", "remove", "gym"}, "", 2, "vesk: No place is called “gym”. `vesk places` shows them.\n"},
             {{"places"}, "home  52.37022, 4.89517 (100 m)  1 reminder\n"},
-            {{"lists"}, "Reminders\n"},
             {{"settings"}, settings(60)},
             {{"settings", "set", "repeat", "20"}, settings(20)},
-            {{"settings", "set", "repeat", "0"}, "", 1, "vesk: repeat takes whole minutes from 5 to 240.\n"},
-            {{"settings"}, settings(20)},
             {{"doctor"}, report("full", "Reminders", 1)},
         });
 }

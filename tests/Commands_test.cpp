@@ -1,12 +1,9 @@
 // Commands against a stand-in for the app: the request each sends, what it makes of answers
 // the real app never gives, and how it finds, launches or misses the app.
 #include <gtest/gtest.h>
-#include <pwd.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 
 #include "StandInHarness.h"
 #include "VeskIPC/Socket.h"
@@ -16,20 +13,12 @@
 
 namespace {
 
-ReminderDTO reminder(int64_t number, std::string title, std::string detail = "") {
-    return {.number = number, .title = std::move(title), .detail = std::move(detail)};
-}
-
-Response doctor(std::string access) {
-    return {.doctor = DoctorDTO{std::move(access), "allowed", false, "any-list", std::nullopt, {}, 4, "Desk", "0.2.0"}};
-}
+ReminderDTO reminder(int64_t number, std::string title) { return {.number = number, .title = std::move(title)}; }
 
 std::string jsonError(const std::string& code, const std::string& message) {
     return "{\n  \"error\" : {\n    \"code\" : \"" + code + "\",\n    \"message\" : \"" + message +
            "\"\n  },\n  \"schema\" : 1\n}\n";
 }
-
-Request add(std::string text, bool dryRun = false) { return {Request::Add{std::move(text), dryRun}}; }
 
 TEST(Commands, RequestAndPrintedAnswer) {
     struct {
@@ -37,50 +26,22 @@ TEST(Commands, RequestAndPrintedAnswer) {
         Response answer;
         Request request;
         std::string out;
-        int status = 0;
     } const cases[] = {
-        // Which words are a sentence to save and which a command.
-        {{"add", "now"}, {}, add("now"), ""},
-        {{"ADD", "now"}, {}, add("ADD now"), ""},
-        {{"now is fine"}, {}, add("now is fine"), ""},
-        {{"--", "now"}, {}, add("-- now"), ""},
-        {{"--dry-run", "add", "buy", "milk"}, {}, add("add buy milk", true), "\nDry run: nothing saved.\n"},
         // A reminder in no list; answers without the reminder or place fall back to the words typed.
-        {{"x"}, {.reminder = reminder(3, "x")}, add("x"), "\nSaved as #3.\n"},
+        {{"x"}, {.reminder = reminder(3, "x")}, {Request::Add{"x", false}}, "\nSaved as #3.\n"},
         {{"done", "3"}, {}, {Request::Done{"3"}}, "Done: 3\n"},
         {{"places", "remove", "home"}, {}, {Request::RemovePlace{"home"}}, "Removed home.\n"},
-        {{"snooze", "3", "friday", "at", "3pm"},
-         {.reminder = reminder(3, "call mom", "until Fri 15:00")},
-         {Request::Snooze{"3", "friday at 3pm"}},
-         "Snoozed call mom: until Fri 15:00\n"},
         {{"lists"},
          {.lists = std::vector<ListDTO>{{"a", "Work", false}, {"b", "Old stuff", true}}},
          {Request::Lists{}},
          "Work\nOld stuff  (ignored)\n"},
-        {{"places", "list"},
-         {},
-         {Request::Places{}},
-         "No places yet. Add one with `vesk places add home --at \"your address\"`.\n"},
-        {{"places", "add", "office", "--here"},
-         {},
-         {Request::AddPlace{"office", std::nullopt, true, std::nullopt}},
-         ""},
-        {{"settings", "set", "Night", " off "}, {}, {Request::SetSetting{"Night", " off "}}, ""},
-        // An unhealthy report ends with status 3.
-        {{"doctor"},
-         doctor("writeOnly"),
-         {Request::Doctor{}},
-         "Reminders access  writeOnly\nNotifications     allowed\nThis Mac          Desk\nWrites to         any list\n"
-         "Default list      Reminders’ default\nIgnored lists     none\nReminders         4 incomplete\n"
-         "Sync              off in this build\nOn-device model   unknown\nApp version       0.2.0\n",
-         3},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.arguments));
         StandInHarness app;
         app.start(StandInHarness::line(c.answer));
         ProcessResult result = app.vesk(c.arguments);
-        EXPECT_EQ(result.status, c.status);
+        EXPECT_EQ(result.status, 0);
         EXPECT_EQ(result.err, "");
         EXPECT_EQ(result.out, c.out);
         auto requests = app.requests();
@@ -89,7 +50,9 @@ TEST(Commands, RequestAndPrintedAnswer) {
     }
 
     StandInHarness app;
-    app.start(StandInHarness::line(doctor("none")));
+    // An unhealthy report ends with status 3, in JSON too.
+    app.start(
+        StandInHarness::line({.doctor = DoctorDTO{"none", "allowed", false, "any-list", {}, {}, 4, "Desk", "0.2"}}));
     ProcessResult json = app.vesk({"doctor", "--json"});
     EXPECT_EQ(json.status, 3);
     EXPECT_TRUE(json.out.starts_with("{\n  \"doctor\" : {\n")) << json.out;
@@ -117,7 +80,6 @@ TEST(Commands, FailedAnswers) {
         {failing(WireError::Code::unreachable), 5, "unreachable", missing},
         {StandInHarness::garbage, 4, "partial", noAnswer},
         {StandInHarness::silent, 4, "partial", noAnswer},
-        {R"({"reminders":[]})", 4, "partial", noAnswer},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.answer);
@@ -179,20 +141,6 @@ TEST(Commands, UnreachableAfterAFailedLaunch) {
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "vesk: Couldn't reach the Vesk app. Is it installed on this Mac?\n");
     EXPECT_EQ(readLines(log), std::vector<std::string>{"--background"});
-}
-
-// What vesk, the app and the test see as home is a temporary directory of the harness's.
-TEST(StandIn, HomeIsATemporaryDirectoryThatGoesAway) {
-    std::string marker = std::string(getpwuid(getuid())->pw_dir) + "/vesk-harness-marker";
-    ASSERT_FALSE(std::filesystem::exists(marker));
-    {
-        StandInHarness app;
-        std::ofstream(marker) << "x";
-        EXPECT_TRUE(std::filesystem::exists(app.home() + "/vesk-harness-marker"));
-    }
-    EXPECT_FALSE(std::filesystem::exists(marker));
-    StandInHarness fresh;
-    EXPECT_TRUE(std::filesystem::is_empty(fresh.home()));
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
 // Desktop notifications as the user sees them: vesk-app on a private session bus, where
 // vesk-notifyd plays the desktop's notification server and records every Notify.
 #include <gtest/gtest.h>
-#include <unistd.h>
+#include <time.h>
 
 #include <algorithm>
-#include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
@@ -31,14 +30,10 @@ const Shown* find(const std::vector<Shown>& all, const std::string& summary) {
 
 // The CPU time, user and system, that process `pid` has used, in seconds.
 double cpuSeconds(pid_t pid) {
-    std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
-    std::string stat((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    // From the state (field 3) on, after the command's parenthesis: utime is field 14, stime 15.
-    std::istringstream rest(stat.substr(stat.rfind(')') + 2));
-    std::vector<std::string> fields;
-    for (std::string field; rest >> field;) fields.push_back(field);
-    if (fields.size() < 13) return -1;
-    return double(std::stoll(fields[11]) + std::stoll(fields[12])) / double(sysconf(_SC_CLK_TCK));
+    clockid_t clock;
+    timespec used{};
+    if (clock_getcpuclockid(pid, &clock) != 0 || clock_gettime(clock, &used) != 0) return -1;
+    return double(used.tv_sec) + double(used.tv_nsec) / 1e9;
 }
 
 }  // namespace

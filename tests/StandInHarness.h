@@ -2,21 +2,13 @@
 
 #include <memory>
 #include <mutex>
-#include <stdexcept>
 
 #include "AppHarness.h"
-#include "VeskIPC/Socket.h"
 
 // End-to-end tests of vesk against a stand-in for the app: a server in the test itself that
-// gives every request the same answer. No vesk-app stands beside vesk.
-//
-//     StandInHarness app;
-//     app.start(StandInHarness::line(response));
-//     ProcessResult result = app.vesk({"now"});
-//     EXPECT_EQ(decodeRequest(app.requests().at(0)), Request{Request::List{Request::Section::now}});
-//
-// An answer is the bytes of a response, sent back as they stand, or `silent` (close without
-// an answer) or `garbage` (bytes that are no response).
+// gives every request the same answer, and keeps the requests. No vesk-app stands beside vesk.
+// An answer is the bytes of a response (`line`), sent back as they stand, or `silent` (close
+// without an answer) or `garbage` (bytes that are no response).
 class StandInHarness : public AppHarness {
 public:
     StandInHarness() : AppHarness(false) {}

@@ -25,14 +25,6 @@ FILE* closedFile = nullptr;  // the ids that CloseNotification took away, a line
 uint32_t lastId = 0;
 std::set<uint32_t> showing;  // ids of the notifications on screen
 
-// A tab or a line end inside a field would break the line apart.
-std::string field(const char* text) {
-    std::string value = text ? text : "";
-    for (char& c : value)
-        if (c == '\t' || c == '\n') c = ' ';
-    return value;
-}
-
 // The urgency (-1 when absent) and sound-name among the hints.
 int readHints(sd_bus_message* message, int& urgency, std::string& sound) {
     int r = sd_bus_message_enter_container(message, 'a', "{sv}");
@@ -46,7 +38,7 @@ int readHints(sd_bus_message* message, int& urgency, std::string& sound) {
         } else if (r >= 0 && std::strcmp(key, "sound-name") == 0) {
             const char* value = nullptr;
             r = sd_bus_message_read(message, "v", "s", &value);
-            sound = field(value);
+            sound = value;
         } else if (r >= 0) {
             r = sd_bus_message_skip(message, "v");
         }
@@ -67,7 +59,7 @@ int notify(sd_bus_message* message, void*, sd_bus_error*) {
     if (r >= 0) r = readHints(message, urgency, sound);
     if (r >= 0) r = sd_bus_message_read(message, "i", &timeout);
     for (char** action = actions; action && *action; ++action) {
-        joined += (joined.empty() ? "" : ",") + field(*action);
+        joined += (joined.empty() ? "" : ",") + std::string(*action);
         free(*action);
     }
     free(actions);
@@ -76,8 +68,8 @@ int notify(sd_bus_message* message, void*, sd_bus_error*) {
     // A notification still open is replaced in place; any other gets a new id.
     uint32_t id = showing.count(replaces) ? replaces : ++lastId;
     showing.insert(id);
-    std::fprintf(logFile, "%u\t%u\t%s\t%s\t%s\t%s\t%d\t%s\t%d\n", id, replaces, field(app).c_str(),
-                 field(summary).c_str(), field(body).c_str(), joined.c_str(), urgency, sound.c_str(), timeout);
+    std::fprintf(logFile, "%u\t%u\t%s\t%s\t%s\t%s\t%d\t%s\t%d\n", id, replaces, app, summary, body, joined.c_str(),
+                 urgency, sound.c_str(), timeout);
     std::fflush(logFile);
     return sd_bus_reply_method_return(message, "u", id);
 }
@@ -122,10 +114,7 @@ const sd_bus_vtable notifications[] = {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: vesk-notifyd FILE\n");
-        return 2;
-    }
+    if (argc != 2) return 2;
     logFile = std::fopen(argv[1], "a");
     closedFile = std::fopen((std::string(argv[1]) + ".closed").c_str(), "a");
     sd_bus* bus = nullptr;
