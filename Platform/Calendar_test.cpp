@@ -1,6 +1,8 @@
 #include "Platform/Calendar.h"
 
+#include <atomic>
 #include <random>
+#include <thread>
 
 #include <gtest/gtest.h>
 #include <unicode/gregocal.h>
@@ -110,6 +112,27 @@ TEST(Calendar, AgreesWithIcuAcrossZonesAndCenturies) {
             }
         }
         ASSERT_TRUE(U_SUCCESS(status));
+    }
+}
+
+// ICU builds a zone's transition rules on first use. Threads that all ask a fresh calendar at
+// once must get what one thread alone gets; without the calendar's lock this crashes.
+TEST(Calendar, AFreshCalendarAnswersManyThreadsAtOnce) {
+    auto moment = [](int i) { return Date{1.3e9 + i * 3.1e6}; };
+    std::vector<DateComponents> expected;
+    for (int i = 0; i < 1000; ++i) expected.push_back(amsterdam.components(moment(i)));
+    for (int round = 0; round < 20; ++round) {
+        const Calendar fresh("Europe/Amsterdam", "en_US");
+        std::atomic<int> wrong = 0, ready = 0;
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 8; ++t)
+            threads.emplace_back([&, t] {
+                // All start together, so that they build the rules at the same time.
+                for (++ready; ready < 8;) std::this_thread::yield();
+                for (int i = t; i < 1000; i += 8) wrong += fresh.components(moment(i)) != expected[i];
+            });
+        for (auto& thread : threads) thread.join();
+        ASSERT_EQ(wrong, 0) << "round " << round;
     }
 }
 
