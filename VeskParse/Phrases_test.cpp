@@ -1,5 +1,5 @@
-#include <regex>
 
+#include "Platform/Regex.h"
 #include "Platform/Text.h"
 #include "VeskParse/ParseTesting.h"
 
@@ -24,7 +24,8 @@ const Pass odd = [](Work& w, Parser::State& s) { withOddPlaces.takePlaces(w, s);
 
 // What a pass left of the text, with blanks collapsed and the ends trimmed.
 std::string rest(const Work& work) {
-    return std::regex_replace(Text::trimWhitespaceAndNewlines(work.text), std::regex("\\s+"), " ");
+    static const Regex blanks = *Regex::compile("\\s+");
+    return blanks.replaceAll(Text::trimWhitespaceAndNewlines(work.text), " ");
 }
 
 StartReminding startOn(int64_t year, int64_t month, int64_t day) { return StartReminding::on(onDay(year, month, day)); }

@@ -21,7 +21,9 @@ void checkReads(const std::string& input) {
     ParseResult first = p.parse(input, now);
     EXPECT_EQ(Text::repairUtf8(first.capture.title), first.capture.title);
     EXPECT_EQ(p.parse(input, now), first);
-    if (auto back = SnoozeTime::resolve(input, now, p.calendar, p.settings)) EXPECT_TRUE(std::isfinite(back->seconds));
+    if (auto back = SnoozeTime::resolve(input, now, p.calendar, p.settings)) {
+        EXPECT_TRUE(std::isfinite(back->seconds));
+    }
 }
 
 const std::string max = "9223372036854775807", huge(300, '9');
