@@ -154,15 +154,10 @@ int serve(const Options& options) {
     auto signalChange = [fd = changed.fd] { eventfd_write(fd, 1); };
     std::atomic<bool> notificationsAvailable{false};
 
-    Handler::World world{[] { return Date::now(); },
-                         [&] { return calendar.get(); },
-                         [&] { return notificationsAvailable ? "granted" : "unavailable"; },
-                         signalChange,
-                         nullptr,
-                         {},
-                         {},
-                         {},
-                         {}};
+    Handler::World world{.now = [] { return Date::now(); },
+                         .calendar = [&] { return calendar.get(); },
+                         .notifications = [&] { return notificationsAvailable ? "granted" : "unavailable"; },
+                         .changed = signalChange};
     if (config.modelUrl) {
         auto model = std::make_shared<LocalModel>(*config.modelUrl, config.modelName.value_or(""), config.modelTimeout);
         world.model = model;

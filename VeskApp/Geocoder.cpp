@@ -1,6 +1,5 @@
 #include "VeskApp/Geocoder.h"
 
-#include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <thread>
@@ -14,22 +13,6 @@
 namespace {
 
 std::string quoted(const std::string& text) { return "\u201c" + text + "\u201d"; }
-
-// Everything but the unreserved characters of a URL, percent-encoded, UTF-8 byte by byte.
-std::string encoded(std::string_view text) {
-    static const char digits[] = "0123456789ABCDEF";
-    std::string out;
-    for (unsigned char c : text) {
-        if (std::isalnum(c) || c == '-' || c == '.' || c == '_' || c == '~') {
-            out += static_cast<char>(c);
-        } else {
-            out += '%';
-            out += digits[c >> 4];
-            out += digits[c & 15];
-        }
-    }
-    return out;
-}
 
 // A coordinate as the service gives it: a decimal in a string, or a plain number.
 std::optional<double> degrees(const JsonDecoder& value, double limit) {
@@ -78,7 +61,7 @@ std::variant<std::optional<Geocoder::Found>, std::string> Geocoder::read(std::st
 
 Geocoder::Found Geocoder::search(const std::string& search, std::stop_token stop) {
     const std::string query = Text::trimWhitespaceAndNewlines(search);
-    const std::string request = url_ + "/search?q=" + encoded(query) + "&format=jsonv2&limit=1";
+    const std::string request = url_ + "/search?q=" + Http::escaped(query) + "&format=jsonv2&limit=1";
     const Http::Options options{timeoutSeconds_, std::string("vesk/") + veskVersion, !onThisMachine(url_)};
     auto unreachable = [&](const std::string& why) {
         return WireError{WireError::Code::unreachable, "Vesk couldn't look up " + quoted(query) + " at " + url_ + ": " +

@@ -28,12 +28,12 @@ public:
         std::function<std::string()> notifications;  // "granted" or "unavailable"
         std::function<void()> changed;               // after every change that was saved
         // A second reader of sentences the grammar leaves words of, and how long to wait for it.
-        std::shared_ptr<const LanguageModelParsing> model;
+        std::shared_ptr<const LanguageModelParsing> model{};
         std::chrono::milliseconds modelTimeout{0};
-        std::function<std::string()> modelStatus;  // doctor's "model"; "off" when absent
+        std::function<std::string()> modelStatus{};  // doctor's "model"; "off" when absent
         // Where this machine is, and where an address is; both throw WireError when they can't say.
-        std::function<Fix()> here;
-        std::function<Geocoder::Found(const std::string& search)> geocode;
+        std::function<Fix()> here{};
+        std::function<Geocoder::Found(const std::string& search)> geocode{};
     };
 
     Handler(Store& store, Config config, Activity& activity, World world);

@@ -67,6 +67,13 @@ Result perform(const std::string& url, const std::string* body, const Options& o
 
 }  // namespace
 
+std::string escaped(std::string_view text) {
+    if (text.empty()) return {};
+    std::unique_ptr<char, decltype(&curl_free)> out(
+        curl_easy_escape(nullptr, text.data(), static_cast<int>(text.size())), curl_free);
+    return out ? out.get() : "";
+}
+
 Result get(const std::string& url, const Options& options, std::stop_token stop) {
     return perform(url, nullptr, options, stop);
 }

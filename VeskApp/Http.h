@@ -3,6 +3,7 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <variant>
 
 // HTTP through libcurl: no signals, a total time-out, and given up as soon as `stop` is
@@ -25,6 +26,9 @@ using Result = std::variant<Answer, std::string>;
 
 // At most this much of an answer is read; a larger one is an error.
 inline constexpr size_t answerLimit = 4 * 1024 * 1024;
+
+// `text` for a URL's query: every byte but the unreserved characters percent-encoded.
+std::string escaped(std::string_view text);
 
 Result get(const std::string& url, const Options& options, std::stop_token stop = {});
 Result get(const std::string& url, double timeoutSeconds, std::stop_token stop = {});

@@ -1,12 +1,12 @@
 #include "VeskApp/LocalModel.h"
 
-#include <cstdio>
 #include <stdexcept>
 
 #include <nlohmann/json.hpp>
 
 #include "Platform/Json.h"
 #include "Platform/JsonDecoder.h"
+#include "Platform/Text.h"
 #include "VeskApp/Http.h"
 
 namespace {
@@ -42,23 +42,22 @@ Json schema() {
 std::string prompt(const std::string& sentence, Date now, const Calendar& calendar,
                    const std::vector<std::string>& places) {
     const DateComponents today = calendar.components(now);
-    char moment[96];
-    std::snprintf(moment, sizeof moment, "%s %04lld-%02lld-%02lld, %02lld:%02lld",
-                  weekdayNames[(calendar.component(CalendarComponent::weekday, now) + 6) % 7],
-                  static_cast<long long>(today.year.value_or(0)), static_cast<long long>(today.month.value_or(0)),
-                  static_cast<long long>(today.day.value_or(0)), static_cast<long long>(today.hour.value_or(0)),
-                  static_cast<long long>(today.minute.value_or(0)));
+    const std::string moment =
+        Text::format("%s %04lld-%02lld-%02lld, %02lld:%02lld",
+                     weekdayNames[(calendar.component(CalendarComponent::weekday, now) + 6) % 7],
+                     static_cast<long long>(today.year.value_or(0)), static_cast<long long>(today.month.value_or(0)),
+                     static_cast<long long>(today.day.value_or(0)), static_cast<long long>(today.hour.value_or(0)),
+                     static_cast<long long>(today.minute.value_or(0)));
     std::string known = "home, work";
     for (const auto& place : places) known += ", " + place;
-    return "It is " + std::string(moment) + " in the time zone " + calendar.timeZoneId() +
-           ". The user's places are: " + known +
+    return "It is " + moment + " in the time zone " + calendar.timeZoneId() + ". The user's places are: " + known +
            ".\n"
            "Read this reminder and give only what its words say; leave every other field null (weekdays empty).\n"
-           "title: the thing to do, without the date, time and nagging words. dueDate: YYYY-MM-DD. dueTime: HH:MM, "
-           "24-hour. style: once, repeat (with repeatMinutes), alarm or escalate. recurrence: daily, weekly, monthly "
-           "or "
-           "yearly, with recurrenceInterval and, for weekly, weekdays (1 Sunday to 7 Saturday). arriveAt, leaveFrom: a "
-           "place that triggers it, with delayMinutes. onlyAt: a place it applies at.\n"
+           "title: the thing to do, without the date, time and nagging words. dueDate: YYYY-MM-DD. "
+           "dueTime: HH:MM, 24-hour. style: once, repeat (with repeatMinutes), alarm or escalate. "
+           "recurrence: daily, weekly, monthly or yearly, with recurrenceInterval and, for weekly, "
+           "weekdays (1 Sunday to 7 Saturday). arriveAt, leaveFrom: a place that triggers it, with delayMinutes. "
+           "onlyAt: a place it applies at.\n"
            "Reminder: " +
            sentence;
 }
